@@ -1,0 +1,266 @@
+#include "wide/CodePage.h"
+
+#include "wide/Utf.h"
+
+#include <array>
+#include <cstdlib>
+#include <string>
+#include <unordered_map>
+
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
+#include <iconv.h>
+#endif
+
+namespace {
+
+// A single-byte code page as a table of 256 code points and its inverse.
+class TSingleByteCodePage final : public TCodePage {
+public:
+    TSingleByteCodePage(int Number, const std::array<WideChar, 256>& Table)
+        : FNumber(Number), FToWide(Table) {
+        for (int b = 255; b >= 0; --b)
+            FToByte[FToWide[std::size_t(b)]] = char(b); // the lowest byte wins
+    }
+    int Number() const override { return FNumber; }
+    WideString Decode(std::string_view Bytes) const override {
+        WideString out(Bytes.size(), u'\0');
+        for (std::size_t i = 0; i < Bytes.size(); ++i)
+            out[i] = FToWide[std::uint8_t(Bytes[i])];
+        return out;
+    }
+    AnsiString Encode(std::u16string_view Text) const override {
+        AnsiString out;
+        out.reserve(Text.size());
+        for (std::size_t i = 0; i < Text.size(); ++i) {
+            WideChar c = Text[i];
+            if (c < 0x80) { // every supported single-byte page keeps ASCII
+                out.push_back(char(c));
+                continue;
+            }
+            auto it = FToByte.find(c);
+            if (it != FToByte.end()) {
+                out.push_back(it->second);
+                continue;
+            }
+            if (IsHighSurrogate(c) && i + 1 < Text.size() && IsLowSurrogate(Text[i + 1]))
+                ++i; // a pair stands for one character and gives one "?"
+            out.push_back('?');
+        }
+        return out;
+    }
+
+private:
+    int FNumber;
+    std::array<WideChar, 256> FToWide;
+    std::unordered_map<WideChar, char> FToByte;
+};
+
+std::array<WideChar, 256> Windows1252Table() {
+    // 0x81, 0x8D, 0x8F, 0x90 and 0x9D are unassigned and map to themselves.
+    static constexpr WideChar High[32] = {
+        0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+        0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+        0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    std::array<WideChar, 256> t{};
+    for (int b = 0; b < 256; ++b)
+        t[std::size_t(b)] = (b >= 0x80 && b < 0xA0) ? High[b - 0x80] : WideChar(b);
+    return t;
+}
+
+class TUtf8CodePage final : public TCodePage {
+public:
+    int Number() const override { return 65001; }
+    WideString Decode(std::string_view Bytes) const override { return DecodeUtf8Lenient(Bytes); }
+    AnsiString Encode(std::u16string_view Text) const override {
+        WideString clean(Text);
+        for (std::size_t i = 0; i < clean.size(); ++i) {
+            if (IsHighSurrogate(clean[i]) && i + 1 < clean.size() && IsLowSurrogate(clean[i + 1]))
+                ++i;
+            else if (IsHighSurrogate(clean[i]) || IsLowSurrogate(clean[i]))
+                clean[i] = u'?';
+        }
+        return EncodeUtf8Lenient(clean);
+    }
+};
+
+#ifdef _WIN32
+
+class TWindowsCodePage final : public TCodePage {
+public:
+    explicit TWindowsCodePage(UINT Number) : FNumber(Number) {}
+    int Number() const override { return int(FNumber); }
+    WideString Decode(std::string_view Bytes) const override {
+        if (Bytes.empty())
+            return {};
+        int n = MultiByteToWideChar(FNumber, 0, Bytes.data(), int(Bytes.size()), nullptr, 0);
+        std::wstring w(std::size_t(n), L'\0');
+        MultiByteToWideChar(FNumber, 0, Bytes.data(), int(Bytes.size()), w.data(), n);
+        return WideString(w.begin(), w.end());
+    }
+    AnsiString Encode(std::u16string_view Text) const override {
+        if (Text.empty())
+            return {};
+        std::wstring w(Text.begin(), Text.end());
+        const DWORD flags = WC_NO_BEST_FIT_CHARS;
+        int n = WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), nullptr, 0, "?",
+                                    nullptr);
+        AnsiString out(std::size_t(n), '\0');
+        WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), out.data(), n, "?", nullptr);
+        return out;
+    }
+
+private:
+    UINT FNumber;
+};
+
+#else
+
+std::string IconvName(int Number) { return "CP" + std::to_string(Number); }
+
+// Converts Bytes with an open descriptor; false when any input is invalid or
+// incomplete.
+bool IconvAll(iconv_t Cd, std::string_view Bytes, std::string& Out) {
+    iconv(Cd, nullptr, nullptr, nullptr, nullptr);
+    Out.assign(Bytes.size() * 4 + 16, '\0');
+    char* in = const_cast<char*>(Bytes.data());
+    std::size_t inLeft = Bytes.size();
+    char* out = Out.data();
+    std::size_t outLeft = Out.size();
+    if (iconv(Cd, &in, &inLeft, &out, &outLeft) == std::size_t(-1))
+        return false;
+    if (iconv(Cd, nullptr, nullptr, &out, &outLeft) == std::size_t(-1))
+        return false;
+    Out.resize(Out.size() - outLeft);
+    return inLeft == 0;
+}
+
+// A multi-byte code page through iconv, converting one sequence at a time so
+// that a bad byte costs only itself (one U+FFFD).
+class TIconvCodePage final : public TCodePage {
+public:
+    TIconvCodePage(int Number, iconv_t ToWide, iconv_t ToNarrow)
+        : FNumber(Number), FToWide(ToWide), FToNarrow(ToNarrow) {}
+    ~TIconvCodePage() override {
+        iconv_close(FToWide);
+        iconv_close(FToNarrow);
+    }
+    int Number() const override { return FNumber; }
+    WideString Decode(std::string_view Bytes) const override {
+        WideString out;
+        std::string units;
+        std::size_t i = 0;
+        while (i < Bytes.size()) {
+            std::size_t len = 1;
+            for (; len <= 4 && i + len <= Bytes.size(); ++len)
+                if (IconvAll(FToWide, Bytes.substr(i, len), units))
+                    break;
+            if (len > 4 || i + len > Bytes.size()) {
+                out.push_back(0xFFFD);
+                ++i;
+                continue;
+            }
+            out += DecodeUtf16LE(units);
+            i += len;
+        }
+        return out;
+    }
+    AnsiString Encode(std::u16string_view Text) const override {
+        AnsiString out;
+        std::string bytes;
+        for (std::size_t i = 0; i < Text.size(); ++i) {
+            std::size_t len = 1;
+            if (IsHighSurrogate(Text[i]) && i + 1 < Text.size() && IsLowSurrogate(Text[i + 1]))
+                len = 2;
+            if (IconvAll(FToNarrow, EncodeUtf16LE(Text.substr(i, len)), bytes))
+                out += bytes;
+            else
+                out.push_back('?');
+            i += len - 1;
+        }
+        return out;
+    }
+
+private:
+    int FNumber;
+    iconv_t FToWide, FToNarrow;
+};
+
+std::unique_ptr<TCodePage> CreateIconvCodePage(int Number) {
+    iconv_t toWide = iconv_open("UTF-16LE", IconvName(Number).c_str());
+    if (toWide == iconv_t(-1))
+        return nullptr;
+    iconv_t toNarrow = iconv_open(IconvName(Number).c_str(), "UTF-16LE");
+    if (toNarrow == iconv_t(-1)) {
+        iconv_close(toWide);
+        return nullptr;
+    }
+    // Single-byte when every byte converts alone to one unit.
+    std::array<WideChar, 256> table{};
+    bool singleByte = true;
+    std::string units;
+    for (int b = 0; b < 256; ++b) {
+        char c = char(b);
+        if (IconvAll(toWide, std::string_view(&c, 1), units) && units.size() == 2) {
+            table[std::size_t(b)] = DecodeUtf16LE(units)[0];
+        } else if (b >= 0x80) {
+            // Unassigned bytes map to the code point of the same value.
+            table[std::size_t(b)] = WideChar(b);
+            char probe[2] = {c, 'A'};
+            if (IconvAll(toWide, std::string_view(probe, 2), units))
+                singleByte = false; // a lead byte
+        } else {
+            singleByte = false;
+        }
+    }
+    if (singleByte) {
+        iconv_close(toWide);
+        iconv_close(toNarrow);
+        return std::make_unique<TSingleByteCodePage>(Number, table);
+    }
+    return std::make_unique<TIconvCodePage>(Number, toWide, toNarrow);
+}
+
+#endif
+
+std::unique_ptr<TCodePage> ChooseSystemCodePage() {
+#ifdef _WIN32
+    if (GetACP() != 1252)
+        return std::make_unique<TWindowsCodePage>(GetACP());
+#else
+    if (const char* env = std::getenv("LEXSMITH_CODEPAGE"); env && *env) {
+        char* end = nullptr;
+        long number = std::strtol(env, &end, 10);
+        if (end && *end == '\0' && number > 0 && number != 1252)
+            if (auto page = CreateCodePage(int(number)))
+                return page;
+    }
+#endif
+    return CreateCodePage(1252);
+}
+
+} // namespace
+
+std::unique_ptr<TCodePage> CreateCodePage(int Number) {
+    if (Number == 1252)
+        return std::make_unique<TSingleByteCodePage>(1252, Windows1252Table());
+    if (Number == 65001)
+        return std::make_unique<TUtf8CodePage>();
+#ifdef _WIN32
+    if (IsValidCodePage(UINT(Number)))
+        return std::make_unique<TWindowsCodePage>(UINT(Number));
+    return nullptr;
+#else
+    return CreateIconvCodePage(Number);
+#endif
+}
+
+const TCodePage& SystemCodePage() {
+    static const std::unique_ptr<TCodePage> page = ChooseSystemCodePage();
+    return *page;
+}
+
+WideString AnsiToWide(std::string_view Bytes) { return SystemCodePage().Decode(Bytes); }
+AnsiString WideToAnsi(std::u16string_view Text) { return SystemCodePage().Encode(Text); }

@@ -1,0 +1,32 @@
+#pragma once
+// The system code page: the narrow side of every conversion of wide text.
+//
+// Windows-1252 is built in. On POSIX systems LEXSMITH_CODEPAGE names another
+// Windows code page by number (for example 1251), reached through the C
+// library's iconv; on Windows the ANSI code page of the system is used.
+// A character that the code page lacks becomes "?", a surrogate pair one "?";
+// there is no best-fit mapping, so the bytes are the same on every machine.
+
+#include "base/Types.h"
+
+#include <memory>
+#include <string_view>
+
+class TCodePage {
+public:
+    virtual ~TCodePage() = default;
+    virtual int Number() const = 0;
+    virtual WideString Decode(std::string_view Bytes) const = 0;
+    virtual AnsiString Encode(std::u16string_view Text) const = 0;
+};
+
+// The code page with this Windows number, or null when the platform cannot
+// convert it. 1252 and 65001 (UTF-8) always exist.
+std::unique_ptr<TCodePage> CreateCodePage(int Number);
+
+// The process's system code page, chosen once at first use.
+const TCodePage& SystemCodePage();
+
+// Shorthands through SystemCodePage().
+WideString AnsiToWide(std::string_view Bytes);
+AnsiString WideToAnsi(std::u16string_view Text);
