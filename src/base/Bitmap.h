@@ -21,7 +21,9 @@ inline constexpr TColor PixelToColor(TPixel P) {
 class TMemoryBitmap {
 public:
     TMemoryBitmap() = default;
-    TMemoryBitmap(int Width, int Height, TPixel Fill = 0xFF000000u) { SetSize(Width, Height, Fill); }
+    TMemoryBitmap(int Width, int Height, TPixel Fill = 0xFF000000u) {
+        SetSize(Width, Height, Fill);
+    }
 
     int Width() const { return FWidth; }
     int Height() const { return FHeight; }

@@ -16,28 +16,26 @@ TValueType TFormReader::NextValue() {
 }
 
 void TFormReader::ReadListBegin() {
-    if (ReadValue() != vaList)
-        throw EReadError(RtlMessages::SInvalidPropertyValue);
+    if (ReadValue() != vaList) throw EReadError(RtlMessages::SInvalidPropertyValue);
 }
 
 void TFormReader::ReadListEnd() {
-    if (ReadValue() != vaNull)
-        throw EReadError(RtlMessages::SInvalidPropertyValue);
+    if (ReadValue() != vaNull) throw EReadError(RtlMessages::SInvalidPropertyValue);
 }
 
-std::int64_t TFormReader::Remaining() { return FStream.Size() - FStream.Position(); }
+std::int64_t TFormReader::Remaining() {
+    return FStream.Size() - FStream.Position();
+}
 
 AnsiString TFormReader::ReadNarrow(std::int64_t Count) {
-    if (Count < 0 || Count > Remaining())
-        throw EReadError(RtlMessages::SReadError);
+    if (Count < 0 || Count > Remaining()) throw EReadError(RtlMessages::SReadError);
     AnsiString s(std::size_t(Count), '\0');
     FStream.ReadBuffer(s.data(), Count);
     return s;
 }
 
 WideString TFormReader::ReadWideChars(std::int64_t Count) {
-    if (Count < 0 || Count > Remaining() / 2)
-        throw EReadError(RtlMessages::SReadError);
+    if (Count < 0 || Count > Remaining() / 2) throw EReadError(RtlMessages::SReadError);
     std::string bytes(std::size_t(Count) * 2, '\0');
     FStream.ReadBuffer(bytes.data(), Count * 2);
     WideString s(std::size_t(Count), u'\0');

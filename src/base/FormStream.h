@@ -46,7 +46,7 @@ public:
     TValueType NextValue(); // peeks without consuming
     std::uint8_t ReadByte() { return FStream.ReadByte(); }
     std::int32_t ReadInt32() { return FStream.ReadInt32(); }
-    void ReadListBegin();   // EReadError unless a list starts here
+    void ReadListBegin(); // EReadError unless a list starts here
     void ReadListEnd();
     bool EndOfList() { return NextValue() == vaNull; }
     // Reads the bytes of a value whose tag has been read; Count is checked

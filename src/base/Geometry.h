@@ -17,11 +17,15 @@ struct TRect {
     int Width() const { return Right - Left; }
     int Height() const { return Bottom - Top; }
     bool IsEmpty() const { return Right <= Left || Bottom <= Top; }
-    bool Contains(TPoint P) const { return P.X >= Left && P.X < Right && P.Y >= Top && P.Y < Bottom; }
+    bool Contains(TPoint P) const {
+        return P.X >= Left && P.X < Right && P.Y >= Top && P.Y < Bottom;
+    }
     bool operator==(const TRect&) const = default;
 };
 
-inline TRect Rect(int Left, int Top, int Right, int Bottom) { return {Left, Top, Right, Bottom}; }
+inline TRect Rect(int Left, int Top, int Right, int Bottom) {
+    return {Left, Top, Right, Bottom};
+}
 inline TRect Bounds(int Left, int Top, int Width, int Height) {
     return {Left, Top, Left + Width, Top + Height};
 }

@@ -24,13 +24,11 @@ std::int64_t TStream::Size() {
 }
 
 void TStream::ReadBuffer(void* Buffer, std::int64_t Count) {
-    if (Count != 0 && Read(Buffer, Count) != Count)
-        throw EReadError(RtlMessages::SReadError);
+    if (Count != 0 && Read(Buffer, Count) != Count) throw EReadError(RtlMessages::SReadError);
 }
 
 void TStream::WriteBuffer(const void* Buffer, std::int64_t Count) {
-    if (Count != 0 && Write(Buffer, Count) != Count)
-        throw EWriteError(RtlMessages::SWriteError);
+    if (Count != 0 && Write(Buffer, Count) != Count) throw EWriteError(RtlMessages::SWriteError);
 }
 
 std::uint8_t TStream::ReadByte() {
@@ -52,7 +50,9 @@ std::int32_t TStream::ReadInt32() {
                         (std::uint32_t(b[2]) << 16) | (std::uint32_t(b[3]) << 24));
 }
 
-void TStream::WriteByte(std::uint8_t Value) { WriteBuffer(&Value, 1); }
+void TStream::WriteByte(std::uint8_t Value) {
+    WriteBuffer(&Value, 1);
+}
 
 void TStream::WriteUInt16(std::uint16_t Value) {
     std::uint8_t b[2] = {std::uint8_t(Value), std::uint8_t(Value >> 8)};
@@ -69,8 +69,7 @@ void TStream::WriteInt32(std::int32_t Value) {
 // ---- memory stream
 
 std::int64_t TMemoryStream::Read(void* Buffer, std::int64_t Count) {
-    if (Count <= 0 || FPosition >= Size())
-        return 0;
+    if (Count <= 0 || FPosition >= Size()) return 0;
     std::int64_t n = std::min(Count, Size() - FPosition);
     std::memcpy(Buffer, FData.data() + FPosition, std::size_t(n));
     FPosition += n;
@@ -78,11 +77,9 @@ std::int64_t TMemoryStream::Read(void* Buffer, std::int64_t Count) {
 }
 
 std::int64_t TMemoryStream::Write(const void* Buffer, std::int64_t Count) {
-    if (Count <= 0 || FPosition < 0)
-        return 0;
+    if (Count <= 0 || FPosition < 0) return 0;
     std::int64_t end = FPosition + Count;
-    if (end > Size())
-        FData.resize(std::size_t(end));
+    if (end > Size()) FData.resize(std::size_t(end));
     std::memcpy(FData.data() + FPosition, Buffer, std::size_t(Count));
     FPosition = end;
     return Count;
@@ -135,25 +132,21 @@ TFileStream::TFileStream(const AnsiString& FileName, std::uint16_t Mode) : FFile
 }
 
 TFileStream::~TFileStream() {
-    if (FFile)
-        std::fclose(FFile);
+    if (FFile) std::fclose(FFile);
 }
 
 std::int64_t TFileStream::Read(void* Buffer, std::int64_t Count) {
-    if (Count <= 0)
-        return 0;
+    if (Count <= 0) return 0;
     return std::int64_t(std::fread(Buffer, 1, std::size_t(Count), FFile));
 }
 
 std::int64_t TFileStream::Write(const void* Buffer, std::int64_t Count) {
-    if (Count <= 0)
-        return 0;
+    if (Count <= 0) return 0;
     return std::int64_t(std::fwrite(Buffer, 1, std::size_t(Count), FFile));
 }
 
 std::int64_t TFileStream::Seek(std::int64_t Offset, TSeekOrigin Origin) {
     int whence = Origin == soBeginning ? SEEK_SET : Origin == soCurrent ? SEEK_CUR : SEEK_END;
-    if (LEXSMITH_FSEEK(FFile, Offset, whence) != 0)
-        return -1;
+    if (LEXSMITH_FSEEK(FFile, Offset, whence) != 0) return -1;
     return std::int64_t(LEXSMITH_FTELL(FFile));
 }

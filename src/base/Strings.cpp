@@ -25,23 +25,33 @@ template <typename Pred> WideString TrimBy(WideView S, Pred Drop, bool Left, boo
     return WideString(S.substr(b, e - b));
 }
 
-bool BelowBlank(WideChar C) { return C < 33; }
-bool IsSpace(WideChar C) { return C == u' '; }
+bool BelowBlank(WideChar C) {
+    return C < 33;
+}
+bool IsSpace(WideChar C) {
+    return C == u' ';
+}
 
 } // namespace
 
-WideString Trim(WideView S) { return TrimBy(S, BelowBlank, true, true); }
-WideString TrimLeft(WideView S) { return TrimBy(S, BelowBlank, true, false); }
-WideString TrimRight(WideView S) { return TrimBy(S, BelowBlank, false, true); }
-WideString TrimSpaces(WideView S) { return TrimBy(S, IsSpace, true, true); }
+WideString Trim(WideView S) {
+    return TrimBy(S, BelowBlank, true, true);
+}
+WideString TrimLeft(WideView S) {
+    return TrimBy(S, BelowBlank, true, false);
+}
+WideString TrimRight(WideView S) {
+    return TrimBy(S, BelowBlank, false, true);
+}
+WideString TrimSpaces(WideView S) {
+    return TrimBy(S, IsSpace, true, true);
+}
 
 WideChar LowerChar(WideChar C) {
-    if (C < 0x80)
-        return (C >= u'A' && C <= u'Z') ? WideChar(C + 32) : C;
+    if (C < 0x80) return (C >= u'A' && C <= u'Z') ? WideChar(C + 32) : C;
     auto it = std::lower_bound(std::begin(CaseTable), std::end(CaseTable), C,
                                [](const TCasePair& P, WideChar V) { return P.Upper < V; });
-    if (it != std::end(CaseTable) && it->Upper == C)
-        return it->Lower;
+    if (it != std::end(CaseTable) && it->Upper == C) return it->Lower;
     return C;
 }
 
@@ -53,29 +63,25 @@ WideString WideLowerCase(WideView S) {
 }
 
 std::size_t Pos(WideView Sub, WideView S, std::size_t Offset) {
-    if (Offset < 1 || Sub.empty())
-        return 0;
+    if (Offset < 1 || Sub.empty()) return 0;
     auto p = S.find(Sub, Offset - 1);
     return p == WideView::npos ? 0 : p + 1;
 }
 
 std::size_t Pos(WideChar C, WideView S, std::size_t Offset) {
-    if (Offset < 1)
-        return 0;
+    if (Offset < 1) return 0;
     auto p = S.find(C, Offset - 1);
     return p == WideView::npos ? 0 : p + 1;
 }
 
 std::size_t LastPos(WideView Sub, WideView S) {
-    if (Sub.size() > S.size() || Sub.empty())
-        return 0;
+    if (Sub.size() > S.size() || Sub.empty()) return 0;
     // Taking the first occurrence and deleting through it, repeatedly, ends on
     // the last occurrence that does not overlap the one before it.
     std::size_t found = 0, from = 0;
     for (;;) {
         auto p = S.find(Sub, from);
-        if (p == WideView::npos)
-            return found;
+        if (p == WideView::npos) return found;
         found = p + 1;
         from = p + Sub.size();
     }
@@ -83,14 +89,12 @@ std::size_t LastPos(WideView Sub, WideView S) {
 
 WideString ReplaceAll(WideView S, WideView From, WideView To) {
     WideString r;
-    if (From.empty())
-        return WideString(S);
+    if (From.empty()) return WideString(S);
     r.reserve(S.size());
     std::size_t from = 0;
     for (;;) {
         auto p = S.find(From, from);
-        if (p == WideView::npos)
-            break;
+        if (p == WideView::npos) break;
         r.append(S.substr(from, p - from));
         r.append(To);
         from = p + From.size();
@@ -104,10 +108,8 @@ int CompareZ(WideView A, WideView B) {
     for (;; ++i) {
         WideChar a = i < A.size() ? A[i] : 0;
         WideChar b = i < B.size() ? B[i] : 0;
-        if (a != b)
-            return a < b ? -1 : 1;
-        if (a == 0)
-            return 0;
+        if (a != b) return a < b ? -1 : 1;
+        if (a == 0) return 0;
     }
 }
 
@@ -127,4 +129,6 @@ std::string AsciiFromWide(WideView S) {
     return r;
 }
 
-WideString IntToWide(long long Value) { return WideFromAscii(std::to_string(Value)); }
+WideString IntToWide(long long Value) {
+    return WideFromAscii(std::to_string(Value));
+}

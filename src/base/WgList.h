@@ -50,8 +50,7 @@ public:
         Check(Index);
         T* item = FItems[std::size_t(Index)];
         FItems.erase(FItems.begin() + Index);
-        if (OnDelete)
-            OnDelete(*this, item);
+        if (OnDelete) OnDelete(*this, item);
     }
     void Clear() {
         std::vector<T*> old;
@@ -65,23 +64,20 @@ public:
     // First index at or after From that holds Item, or -1.
     int IndexOfFrom(const T* Item, int From) const {
         for (int i = std::max(From, 0); i < Count(); ++i)
-            if (FItems[std::size_t(i)] == Item)
-                return i;
+            if (FItems[std::size_t(i)] == Item) return i;
         return -1;
     }
     // Searches backwards from the end; the most recent additions are found first.
     int IndexOfBack(const T* Item) const {
         for (int i = Count() - 1; i >= 0; --i)
-            if (FItems[std::size_t(i)] == Item)
-                return i;
+            if (FItems[std::size_t(i)] == Item) return i;
         return -1;
     }
 
     // Moves Count elements starting at From so that they start at To, where
     // To is an index of the list as it is before the move.
     void MoveRange(int From, int Count, int To) {
-        if (Count <= 0 || From == To)
-            return;
+        if (Count <= 0 || From == To) return;
         if (From < 0 || From + Count > this->Count() || To < 0 || To > this->Count())
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, From));
         auto first = FItems.begin() + From, last = first + Count;

@@ -40,16 +40,13 @@ WideString TKVWideStringList::ExpandTabs(WideString S) const {
 }
 
 int TKVWideStringList::Add(const WideString& S) {
-    if (!FKeepTabs)
-        return TWgWideStringList::Add(ExpandTabs(S));
+    if (!FKeepTabs) return TWgWideStringList::Add(ExpandTabs(S));
     return TWgWideStringList::Add(S);
 }
 
 int TKVWideStringList::AddMove(WideString&& S) {
-    if (Sorted())
-        return Add(S);
-    if (!FKeepTabs)
-        S = ExpandTabs(std::move(S));
+    if (Sorted()) return Add(S);
+    if (!FKeepTabs) S = ExpandTabs(std::move(S));
     int index = Count();
     InsertItemMove(index, std::move(S));
     return index;
@@ -67,10 +64,8 @@ void TKVWideStringList::SetTextStr(const WideString& Value) {
             while (p < n && Value[p] != u'\r' && Value[p] != u'\n')
                 ++p;
             AddMove(Value.substr(start, p - start));
-            if (p < n && Value[p] == u'\r')
-                ++p;
-            if (p < n && Value[p] == u'\n')
-                ++p;
+            if (p < n && Value[p] == u'\r') ++p;
+            if (p < n && Value[p] == u'\n') ++p;
         }
     } catch (...) {
         EndUpdate();
@@ -116,8 +111,7 @@ void TKVWideStringList::LoadFromStream(TStream& Stream) {
                 if (mark == MarkBE) {
                     // Swapped only up to the first zero character; the rest stays reversed.
                     for (auto& c : text) {
-                        if (c == 0)
-                            break;
+                        if (c == 0) break;
                         c = WideChar((c >> 8) | (c << 8));
                     }
                     FEncoding = teUtf16BE;
@@ -145,8 +139,7 @@ void TKVWideStringList::SaveToStream(TStream& Stream) {
     WideString text = GetTextStr();
     switch (FEncoding) {
     case teUtf16LE: {
-        if (FWriteBOM)
-            Stream.WriteBuffer("\xFF\xFE", 2);
+        if (FWriteBOM) Stream.WriteBuffer("\xFF\xFE", 2);
         if (!text.empty()) {
             std::string bytes = EncodeUtf16LE(text);
             Stream.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
@@ -154,8 +147,7 @@ void TKVWideStringList::SaveToStream(TStream& Stream) {
         break;
     }
     case teUtf16BE: {
-        if (FWriteBOM)
-            Stream.WriteBuffer("\xFE\xFF", 2);
+        if (FWriteBOM) Stream.WriteBuffer("\xFE\xFF", 2);
         if (!text.empty()) {
             SwapUtf16(text);
             std::string bytes = EncodeUtf16LE(text);
@@ -164,8 +156,7 @@ void TKVWideStringList::SaveToStream(TStream& Stream) {
         break;
     }
     default: {
-        if (text.empty())
-            break; // no mark either
+        if (text.empty()) break; // no mark either
         std::string bytes;
         if (FEncoding == teUtf8) {
             bytes = EncodeUtf8Lenient(text);

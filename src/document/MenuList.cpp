@@ -28,14 +28,12 @@ const TWgWideStringList* TMenuList::ItemsOf(int MenuIndex) const {
 
 void TMenuList::AddMenu(const WideString& Name) {
     FList.push_back(std::make_unique<TAListItem>(Name));
-    if (FLowerIndexValid)
-        FLowerIndex.try_emplace(WideLowerCase(Name), MenuCount() - 1);
+    if (FLowerIndexValid) FLowerIndex.try_emplace(WideLowerCase(Name), MenuCount() - 1);
 }
 
 void TMenuList::AddMenuItem(int MenuIndex, const WideString& Name, int Kind,
                             const WideString& Text) {
-    if (!MenuInRange(MenuIndex))
-        return;
+    if (!MenuInRange(MenuIndex)) return;
     WideString item;
     item.reserve(Name.size() + 3 + Text.size());
     item.append(Name).append(u" | ").append(Text);
@@ -53,8 +51,7 @@ WideString TMenuList::MenuName(int MenuIndex) const {
 }
 
 void TMenuList::SetMenuName(int MenuIndex, const WideString& Name) {
-    if (!MenuInRange(MenuIndex))
-        return;
+    if (!MenuInRange(MenuIndex)) return;
     FList[std::size_t(MenuIndex)]->Name = Name;
     NamesChanged();
 }
@@ -63,8 +60,7 @@ int TMenuList::IndexOfMenu(const WideString& Name, bool CaseSensitive) const {
     WideString wanted = TrimSpaces(Name);
     if (CaseSensitive) {
         for (int i = 0; i < MenuCount(); ++i)
-            if (FList[std::size_t(i)]->Name == wanted)
-                return i;
+            if (FList[std::size_t(i)]->Name == wanted) return i;
         return -1;
     }
     if (!FLowerIndexValid) {
@@ -114,18 +110,15 @@ void TMenuList::GetItemTextKind(int MenuIndex, int ItemIndex, int& Kind, WideStr
 int TMenuList::IndexOfItem(int MenuIndex, const WideString& Name) const {
     const TWgWideStringList* items = ItemsOf(MenuIndex);
     WideString wanted = TrimSpaces(Name);
-    if (!items || wanted.empty())
-        return -1;
+    if (!items || wanted.empty()) return -1;
     for (int i = 0; i < items->Count(); ++i)
-        if (ItemLeft(items->Ref(i)) == wanted)
-            return i;
+        if (ItemLeft(items->Ref(i)) == wanted) return i;
     return -1;
 }
 
 void TMenuList::SetItemName(int MenuIndex, int ItemIndex, const WideString& Name) {
     TAListItem* menu = Menu(MenuIndex);
-    if (!menu || ItemIndex < 0 || ItemIndex >= menu->Items->Count())
-        return;
+    if (!menu || ItemIndex < 0 || ItemIndex >= menu->Items->Count()) return;
     const WideString& old = menu->Items->Ref(ItemIndex);
     auto p = old.find(Separator);
     // Without "|" the whole old string is kept behind the new name.
@@ -136,8 +129,7 @@ void TMenuList::SetItemName(int MenuIndex, int ItemIndex, const WideString& Name
 void TMenuList::ChangeItem(int MenuIndex, const WideString& Name, int Kind,
                            const WideString& Text) {
     int index = IndexOfItem(MenuIndex, Name);
-    if (index < 0)
-        return;
+    if (index < 0) return;
     TWgWideStringList& items = *Menu(MenuIndex)->Items;
     items.Delete(index);
     items.InsertObject(index, TrimSpaces(Name) + u" | " + TrimSpaces(Text), Kind);
@@ -145,13 +137,11 @@ void TMenuList::ChangeItem(int MenuIndex, const WideString& Name, int Kind,
 
 void TMenuList::DeleteItem(int MenuIndex, const WideString& Name) {
     int index = IndexOfItem(MenuIndex, Name);
-    if (index >= 0)
-        Menu(MenuIndex)->Items->Delete(index);
+    if (index >= 0) Menu(MenuIndex)->Items->Delete(index);
 }
 
 void TMenuList::DeleteMenu(int MenuIndex) {
-    if (FList.empty())
-        return;
+    if (FList.empty()) return;
     if (!MenuInRange(MenuIndex))
         throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, MenuIndex));
     FList.erase(FList.begin() + MenuIndex);
@@ -159,8 +149,7 @@ void TMenuList::DeleteMenu(int MenuIndex) {
 }
 
 void TMenuList::SortMenus() {
-    if (FList.size() < 2)
-        return;
+    if (FList.size() < 2) return;
     // Quicksort with an explicit stack: the longer part is pushed and the
     // shorter handled in place, so 32 pairs always suffice.
     struct TRange {
@@ -187,12 +176,10 @@ void TMenuList::SortMenus() {
                 }
             } while (i <= j);
             if (j - l < r - i) {
-                if (i < r)
-                    stack[top++] = {i, r};
+                if (i < r) stack[top++] = {i, r};
                 r = j;
             } else {
-                if (l < j)
-                    stack[top++] = {l, j};
+                if (l < j) stack[top++] = {l, j};
                 l = i;
             }
         }

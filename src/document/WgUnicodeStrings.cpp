@@ -11,7 +11,9 @@ namespace {
     throw EStringListError(FormatIndexMessage(Message, Index));
 }
 
-[[noreturn]] void ListError(const char* Message) { throw EStringListError(Message); }
+[[noreturn]] void ListError(const char* Message) {
+    throw EStringListError(Message);
+}
 
 constexpr WideChar MarkLE = 0xFEFF; // bytes 255, 254 read little-endian
 constexpr WideChar MarkBE = 0xFFFE; // bytes 254, 255 read little-endian
@@ -27,7 +29,9 @@ void StripLeadingMarks(WideString& Text) {
 
 // ---- TWgWideStrings
 
-TObjectValue TWgWideStrings::GetObject(int) const { return 0; }
+TObjectValue TWgWideStrings::GetObject(int) const {
+    return 0;
+}
 
 WideString TWgWideStrings::GetTextStr() const {
     WideString r;
@@ -60,10 +64,8 @@ void TWgWideStrings::SetTextStr(const WideString& Value) {
             while (p < n && Value[p] != 0 && Value[p] != u'\r' && Value[p] != u'\n')
                 ++p;
             Add(Value.substr(start, p - start));
-            if (p < n && Value[p] == u'\r')
-                ++p;
-            if (p < n && Value[p] == u'\n')
-                ++p;
+            if (p < n && Value[p] == u'\r') ++p;
+            if (p < n && Value[p] == u'\n') ++p;
         }
     } catch (...) {
         EndUpdate();
@@ -116,8 +118,7 @@ void TWgWideStrings::Exchange(int Index1, int Index2) {
 
 int TWgWideStrings::IndexOf(const WideString& S) const {
     for (int i = 0; i < GetCount(); ++i)
-        if (CompareZ(Get(i), S) == 0)
-            return i;
+        if (CompareZ(Get(i), S) == 0) return i;
     return -1;
 }
 
@@ -130,8 +131,7 @@ void TWgWideStrings::LoadFromStream(TStream& Stream) {
     BeginUpdate();
     try {
         std::int64_t remaining = Stream.Size() - Stream.Position();
-        if (remaining < 0)
-            remaining = 0;
+        if (remaining < 0) remaining = 0;
         std::string bytes(std::size_t(remaining), '\0');
         Stream.ReadBuffer(bytes.data(), remaining);
         bool mark = bytes.size() >= 2 &&
@@ -140,8 +140,7 @@ void TWgWideStrings::LoadFromStream(TStream& Stream) {
         WideString text;
         if (mark || FSaveUnicode) {
             text = DecodeUtf16LE(bytes);
-            if (!text.empty() && text[0] == MarkBE)
-                SwapUtf16(text);
+            if (!text.empty() && text[0] == MarkBE) SwapUtf16(text);
             StripLeadingMarks(text);
         } else {
             text = AnsiToWide(bytes);
@@ -155,8 +154,7 @@ void TWgWideStrings::LoadFromStream(TStream& Stream) {
 }
 
 void TWgWideStrings::Move(int CurIndex, int NewIndex) {
-    if (CurIndex == NewIndex)
-        return;
+    if (CurIndex == NewIndex) return;
     BeginUpdate();
     try {
         WideString s = Get(CurIndex);
@@ -195,8 +193,7 @@ void TWgWideStrings::InsertObject(int Index, const WideString& S, TObjectValue O
 }
 
 void TWgWideStrings::Assign(const TWgWideStrings& Source) {
-    if (&Source == this)
-        return;
+    if (&Source == this) return;
     BeginUpdate();
     try {
         Clear();
@@ -209,13 +206,11 @@ void TWgWideStrings::Assign(const TWgWideStrings& Source) {
 }
 
 void TWgWideStrings::BeginUpdate() {
-    if (FUpdateCount++ == 0)
-        SetUpdateState(true);
+    if (FUpdateCount++ == 0) SetUpdateState(true);
 }
 
 void TWgWideStrings::EndUpdate() {
-    if (--FUpdateCount == 0)
-        SetUpdateState(false);
+    if (--FUpdateCount == 0) SetUpdateState(false);
 }
 
 void TWgWideStrings::WriteStrings(TFormWriter& Writer) const {
@@ -269,8 +264,7 @@ TWgWideStringList::~TWgWideStringList() {
 }
 
 void TWgWideStringList::CheckIndex(int Index) const {
-    if (Index < 0 || Index >= GetCount())
-        ListError(RtlMessages::SListIndexError, Index);
+    if (Index < 0 || Index >= GetCount()) ListError(RtlMessages::SListIndexError, Index);
 }
 
 WideString TWgWideStringList::Get(int Index) const {
@@ -284,8 +278,7 @@ TObjectValue TWgWideStringList::GetObject(int Index) const {
 }
 
 void TWgWideStringList::Put(int Index, const WideString& S) {
-    if (FSorted)
-        ListError(RtlMessages::SSortedListError);
+    if (FSorted) ListError(RtlMessages::SSortedListError);
     CheckIndex(Index);
     Changing();
     FList[std::size_t(Index)].Str = S;
@@ -300,11 +293,9 @@ void TWgWideStringList::PutObject(int Index, TObjectValue Object) {
 }
 
 void TWgWideStringList::SetCapacity(int NewCapacity) {
-    if (NewCapacity < GetCount())
-        NewCapacity = GetCount();
+    if (NewCapacity < GetCount()) NewCapacity = GetCount();
     FCapacity = NewCapacity;
-    if (std::size_t(NewCapacity) > FList.capacity())
-        FList.reserve(std::size_t(NewCapacity));
+    if (std::size_t(NewCapacity) > FList.capacity()) FList.reserve(std::size_t(NewCapacity));
 }
 
 void TWgWideStringList::SetUpdateState(bool Updating) {
@@ -333,8 +324,7 @@ int TWgWideStringList::Add(const WideString& S) {
 }
 
 void TWgWideStringList::Clear() {
-    if (FList.empty())
-        return;
+    if (FList.empty()) return;
     Changing();
     FList.clear();
     FList.shrink_to_fit();
@@ -358,36 +348,29 @@ void TWgWideStringList::Exchange(int Index1, int Index2) {
 }
 
 int TWgWideStringList::IndexOf(const WideString& S) const {
-    if (!FSorted)
-        return TWgWideStrings::IndexOf(S);
+    if (!FSorted) return TWgWideStrings::IndexOf(S);
     int index;
     return Find(S, index) ? index : -1;
 }
 
 void TWgWideStringList::Insert(int Index, const WideString& S) {
-    if (FSorted)
-        ListError(RtlMessages::SSortedListError);
-    if (Index < 0 || Index > GetCount())
-        ListError(RtlMessages::SListIndexError, Index);
+    if (FSorted) ListError(RtlMessages::SSortedListError);
+    if (Index < 0 || Index > GetCount()) ListError(RtlMessages::SListIndexError, Index);
     InsertItem(Index, S);
 }
 
 void TWgWideStringList::SetSorted(bool Value) {
-    if (FSorted == Value)
-        return;
-    if (Value)
-        Sort();
+    if (FSorted == Value) return;
+    if (Value) Sort();
     FSorted = Value;
 }
 
 void TWgWideStringList::Changed() {
-    if (FUpdateCount == 0 && OnChange)
-        OnChange(*this);
+    if (FUpdateCount == 0 && OnChange) OnChange(*this);
 }
 
 void TWgWideStringList::Changing() {
-    if (FUpdateCount == 0 && OnChanging)
-        OnChanging(*this);
+    if (FUpdateCount == 0 && OnChanging) OnChanging(*this);
 }
 
 void TWgWideStringList::Grow() {
@@ -401,8 +384,7 @@ void TWgWideStringList::InsertItem(int Index, const WideString& S) {
 
 void TWgWideStringList::InsertItemMove(int Index, WideString&& S) {
     Changing();
-    if (GetCount() == FCapacity)
-        Grow();
+    if (GetCount() == FCapacity) Grow();
     FList.insert(FList.begin() + Index, TEntry{std::move(S), 0});
     Changed();
 }
@@ -433,15 +415,13 @@ void TWgWideStringList::QuickSort(int L, int R, const TWgStringListSortCompare& 
                 --j;
             }
         } while (i <= j);
-        if (L < j)
-            QuickSort(L, j, Compare);
+        if (L < j) QuickSort(L, j, Compare);
         L = i;
     } while (i < R);
 }
 
 void TWgWideStringList::CustomSort(const TWgStringListSortCompare& Compare) {
-    if (FSorted || GetCount() <= 1)
-        return;
+    if (FSorted || GetCount() <= 1) return;
     Changing();
     QuickSort(0, GetCount() - 1, Compare);
     Changed();
@@ -459,8 +439,7 @@ bool TWgWideStringList::Find(const WideString& S, int& Index) const {
             h = i - 1;
             if (c == 0) {
                 result = true;
-                if (FDuplicates != dupAccept)
-                    l = i;
+                if (FDuplicates != dupAccept) l = i;
             }
         }
     }

@@ -93,20 +93,18 @@ public:
     explicit TWindowsCodePage(UINT Number) : FNumber(Number) {}
     int Number() const override { return int(FNumber); }
     WideString Decode(std::string_view Bytes) const override {
-        if (Bytes.empty())
-            return {};
+        if (Bytes.empty()) return {};
         int n = MultiByteToWideChar(FNumber, 0, Bytes.data(), int(Bytes.size()), nullptr, 0);
         std::wstring w(std::size_t(n), L'\0');
         MultiByteToWideChar(FNumber, 0, Bytes.data(), int(Bytes.size()), w.data(), n);
         return WideString(w.begin(), w.end());
     }
     AnsiString Encode(std::u16string_view Text) const override {
-        if (Text.empty())
-            return {};
+        if (Text.empty()) return {};
         std::wstring w(Text.begin(), Text.end());
         const DWORD flags = WC_NO_BEST_FIT_CHARS;
-        int n = WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), nullptr, 0, "?",
-                                    nullptr);
+        int n =
+            WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), nullptr, 0, "?", nullptr);
         AnsiString out(std::size_t(n), '\0');
         WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), out.data(), n, "?", nullptr);
         return out;
@@ -118,7 +116,9 @@ private:
 
 #else
 
-std::string IconvName(int Number) { return "CP" + std::to_string(Number); }
+std::string IconvName(int Number) {
+    return "CP" + std::to_string(Number);
+}
 
 // Converts Bytes with an open descriptor; false when any input is invalid or
 // incomplete.
@@ -129,10 +129,8 @@ bool IconvAll(iconv_t Cd, std::string_view Bytes, std::string& Out) {
     std::size_t inLeft = Bytes.size();
     char* out = Out.data();
     std::size_t outLeft = Out.size();
-    if (iconv(Cd, &in, &inLeft, &out, &outLeft) == std::size_t(-1))
-        return false;
-    if (iconv(Cd, nullptr, nullptr, &out, &outLeft) == std::size_t(-1))
-        return false;
+    if (iconv(Cd, &in, &inLeft, &out, &outLeft) == std::size_t(-1)) return false;
+    if (iconv(Cd, nullptr, nullptr, &out, &outLeft) == std::size_t(-1)) return false;
     Out.resize(Out.size() - outLeft);
     return inLeft == 0;
 }
@@ -155,8 +153,7 @@ public:
         while (i < Bytes.size()) {
             std::size_t len = 1;
             for (; len <= 4 && i + len <= Bytes.size(); ++len)
-                if (IconvAll(FToWide, Bytes.substr(i, len), units))
-                    break;
+                if (IconvAll(FToWide, Bytes.substr(i, len), units)) break;
             if (len > 4 || i + len > Bytes.size()) {
                 out.push_back(0xFFFD);
                 ++i;
@@ -190,8 +187,7 @@ private:
 
 std::unique_ptr<TCodePage> CreateIconvCodePage(int Number) {
     iconv_t toWide = iconv_open("UTF-16LE", IconvName(Number).c_str());
-    if (toWide == iconv_t(-1))
-        return nullptr;
+    if (toWide == iconv_t(-1)) return nullptr;
     iconv_t toNarrow = iconv_open(IconvName(Number).c_str(), "UTF-16LE");
     if (toNarrow == iconv_t(-1)) {
         iconv_close(toWide);
@@ -227,15 +223,13 @@ std::unique_ptr<TCodePage> CreateIconvCodePage(int Number) {
 
 std::unique_ptr<TCodePage> ChooseSystemCodePage() {
 #ifdef _WIN32
-    if (GetACP() != 1252)
-        return std::make_unique<TWindowsCodePage>(GetACP());
+    if (GetACP() != 1252) return std::make_unique<TWindowsCodePage>(GetACP());
 #else
     if (const char* env = std::getenv("LEXSMITH_CODEPAGE"); env && *env) {
         char* end = nullptr;
         long number = std::strtol(env, &end, 10);
         if (end && *end == '\0' && number > 0 && number != 1252)
-            if (auto page = CreateCodePage(int(number)))
-                return page;
+            if (auto page = CreateCodePage(int(number))) return page;
     }
 #endif
     return CreateCodePage(1252);
@@ -244,13 +238,10 @@ std::unique_ptr<TCodePage> ChooseSystemCodePage() {
 } // namespace
 
 std::unique_ptr<TCodePage> CreateCodePage(int Number) {
-    if (Number == 1252)
-        return std::make_unique<TSingleByteCodePage>(1252, Windows1252Table());
-    if (Number == 65001)
-        return std::make_unique<TUtf8CodePage>();
+    if (Number == 1252) return std::make_unique<TSingleByteCodePage>(1252, Windows1252Table());
+    if (Number == 65001) return std::make_unique<TUtf8CodePage>();
 #ifdef _WIN32
-    if (IsValidCodePage(UINT(Number)))
-        return std::make_unique<TWindowsCodePage>(UINT(Number));
+    if (IsValidCodePage(UINT(Number))) return std::make_unique<TWindowsCodePage>(UINT(Number));
     return nullptr;
 #else
     return CreateIconvCodePage(Number);
@@ -262,5 +253,9 @@ const TCodePage& SystemCodePage() {
     return *page;
 }
 
-WideString AnsiToWide(std::string_view Bytes) { return SystemCodePage().Decode(Bytes); }
-AnsiString WideToAnsi(std::u16string_view Text) { return SystemCodePage().Encode(Text); }
+WideString AnsiToWide(std::string_view Bytes) {
+    return SystemCodePage().Decode(Bytes);
+}
+AnsiString WideToAnsi(std::u16string_view Text) {
+    return SystemCodePage().Encode(Text);
+}

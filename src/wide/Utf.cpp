@@ -38,15 +38,12 @@ WideString DecodeUtf8Lenient(std::string_view Bytes) {
         } else if (b >= 0xE0 && b <= 0xEF) {
             need = 2;
             cp = b & 0x0F;
-            if (b == 0xE0)
-                lo = 0xA0; // surrogates (0xED 0xA0..0xBF) are let through on purpose
+            if (b == 0xE0) lo = 0xA0; // surrogates (0xED 0xA0..0xBF) are let through on purpose
         } else if (b >= 0xF0 && b <= 0xF4) {
             need = 3;
             cp = b & 0x07;
-            if (b == 0xF0)
-                lo = 0x90;
-            if (b == 0xF4)
-                hi = 0x8F;
+            if (b == 0xF0) lo = 0x90;
+            if (b == 0xF4) hi = 0x8F;
         } else {
             out.push_back(Replacement);
             ++i;
@@ -57,8 +54,7 @@ WideString DecodeUtf8Lenient(std::string_view Bytes) {
         while (got < need && j < n) {
             unsigned char c = s[j];
             unsigned char l = got == 0 ? lo : 0x80, h = got == 0 ? hi : 0xBF;
-            if (c < l || c > h)
-                break;
+            if (c < l || c > h) break;
             cp = (cp << 6) | (c & 0x3F);
             ++j;
             ++got;

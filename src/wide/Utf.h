@@ -19,5 +19,9 @@ std::string EncodeUtf16LE(std::u16string_view Text);
 void SwapUtf16(WideString& Text);
 
 // Is C the first, second or any half of a surrogate pair?
-inline bool IsHighSurrogate(WideChar C) { return C >= 0xD800 && C <= 0xDBFF; }
-inline bool IsLowSurrogate(WideChar C) { return C >= 0xDC00 && C <= 0xDFFF; }
+inline bool IsHighSurrogate(WideChar C) {
+    return C >= 0xD800 && C <= 0xDBFF;
+}
+inline bool IsLowSurrogate(WideChar C) {
+    return C >= 0xDC00 && C <= 0xDFFF;
+}

@@ -1,0 +1,666 @@
+#include "document/KVSyntax.h"
+
+#include "base/Strings.h"
+
+#include <string_view>
+#include <vector>
+
+const std::array<const char*, SyntaxOptionCount> SyntaxOptionKeys = {"LineCommentA",
+                                                                     "LineCommentB",
+                                                                     "CommentStartA",
+                                                                     "CommentEndA",
+                                                                     "CommentStartB",
+                                                                     "CommentEndB",
+                                                                     "Char",
+                                                                     "String",
+                                                                     "StringOnLine",
+                                                                     "HexIdentifier",
+                                                                     "Escape",
+                                                                     "Symbols",
+                                                                     "Numbers",
+                                                                     "CaseSensitive",
+                                                                     "TagsCaseSensitive",
+                                                                     "NoTagsStart",
+                                                                     "NoTagsEnd",
+                                                                     "HighlightUrl",
+                                                                     "BlockEsc",
+                                                                     "CommentEsc",
+                                                                     "FoldOpt_AsBegin",
+                                                                     "FoldOpt_Separators",
+                                                                     "Foldopt_Sections",
+                                                                     "Foldopt_AutoIdExcludes",
+                                                                     "FoldOpt_Case",
+                                                                     "FoldOpt_FoldAllTags",
+                                                                     "Rgn_Start",
+                                                                     "Rgn_End",
+                                                                     "Rgn_CommentStart",
+                                                                     "AutoCompleteTags"};
+
+namespace {
+
+constexpr WideChar Quote = u'"';
+constexpr WideChar Backslash = u'\\';
+
+// ---- small string steps shared by the helpers
+
+void DeleteFirst(WideString& S, WideChar C) {
+    auto p = S.find(C);
+    if (p != WideString::npos) S.erase(p, 1);
+}
+
+void DeleteLast(WideString& S, WideChar C) {
+    auto p = S.rfind(C);
+    if (p != WideString::npos) S.erase(p, 1);
+}
+
+void CutAt(WideString& S, WideChar C) {
+    auto p = S.find(C);
+    if (p != WideString::npos) S.erase(p);
+}
+
+// Deletes the first backslash, repeatedly, while one is left and the text is
+// longer than one character; so a lone backslash is kept, and in general the
+// first min(count, length - 1) backslashes go.
+WideString DeleteBackslashes(const WideString& S) {
+    std::size_t total = 0;
+    for (auto c : S)
+        total += c == Backslash;
+    std::size_t drop = S.size() > 1 ? std::min(total, S.size() - 1) : 0;
+    if (drop == 0) return S;
+    WideString r;
+    r.reserve(S.size() - drop);
+    for (auto c : S) {
+        if (c == Backslash && drop > 0) {
+            --drop;
+            continue;
+        }
+        r.push_back(c);
+    }
+    return r;
+}
+
+bool IsYes(const WideString& Value) {
+    WideString low = WideLowerCase(Value);
+    return low == u"yes" || low == u"y";
+}
+
+// ---- section markers
+
+enum TSection : std::uint8_t {
+    secNone,
+    secOptions,
+    secTags,
+    secKeywords,
+    secAutoHint,
+    secAutoComplete,
+    secUserMenu,
+    secTagComplete,
+    secSample
+};
+
+enum TMarker : std::uint8_t {
+    mkNone,
+    mkOptions,
+    mkTags,
+    mkKeywords,
+    mkAutoHint,
+    mkUserMenu,
+    mkAutoComplete,
+    mkTagComplete,
+    mkBeginSample,
+    mkEndSample,
+    mkEnd // only meaningful to the look-ahead and inside sections
+};
+
+// The marker a comment-stripped, trimmed line is, in the reader's order of tests.
+TMarker MarkerOf(WideView Line) {
+    if (Line.size() < 5 || Line.front() != u'[' || Line.back() != u']') return mkNone;
+    const WideString low = WideLowerCase(Line);
+    static const struct {
+        const char16_t* Text;
+        TMarker Marker;
+    } markers[] = {{u"[options]", mkOptions},         {u"[tags]", mkTags},
+                   {u"[keywords]", mkKeywords},       {u"[autohint]", mkAutoHint},
+                   {u"[usermenu]", mkUserMenu},       {u"[autocomplete]", mkAutoComplete},
+                   {u"[tagcomplete]", mkTagComplete}, {u"[beginsample]", mkBeginSample},
+                   {u"[endsample]", mkEndSample},     {u"[end]", mkEnd}};
+    for (const auto& m : markers)
+        if (low == m.Text) return m.Marker;
+    return mkNone;
+}
+
+bool IsEndLine(const WideString& Line) {
+    return Line.size() == 5 && MarkerOf(Line) == mkEnd;
+}
+
+WideView TrimView(WideView S) {
+    std::size_t b = 0, e = S.size();
+    while (b < e && S[b] < 33)
+        ++b;
+    while (e > b && S[e - 1] < 33)
+        --e;
+    return S.substr(b, e - b);
+}
+
+// Whether a section marker at line Index has content: the look-ahead over
+// the following lines, without comment stripping. The answer for every line
+// is computed once, backwards, so that a file of many markers costs one pass.
+class TContentLookAhead {
+public:
+    explicit TContentLookAhead(const TKVWideStringList& Lines) {
+        const int n = Lines.Count();
+        FFree.assign(std::size_t(n) + 1, false);
+        std::vector<bool> inBrace(std::size_t(n) + 1, false);
+        for (int j = n - 1; j >= 0; --j) {
+            WideView t = TrimView(Lines.Ref(j));
+            const bool closes = t.find(u'}') != WideView::npos;
+            const std::size_t next = std::size_t(j) + 1;
+            // Inside a brace run a line is passed over; one holding "}" ends the run.
+            inBrace[std::size_t(j)] = closes ? FFree[next] : inBrace[next];
+            bool result;
+            if (!t.empty() && t[0] == u'{')
+                result = inBrace[std::size_t(j)];
+            else if (!t.empty() && (t[0] == u'>' || t[0] == u';'))
+                result = FFree[next];
+            else if (t.size() > 1 && t[0] == u'/' && t[1] == u'/')
+                result = FFree[next];
+            else if (MarkerOf(t) != mkNone)
+                result = false;
+            else if (!t.empty())
+                result = true;
+            else
+                result = FFree[next];
+            FFree[std::size_t(j)] = result;
+        }
+    }
+    bool SectionHasContent(int Index) const { return FFree[std::size_t(Index) + 1]; }
+
+private:
+    std::vector<bool> FFree; // the answer when the scan starts at a line outside braces
+};
+
+// Index of each recognised option key (lower case) in the actions below.
+enum TOptionAction : std::uint8_t { oaStore, oaYesNo, oaBlock, oaFold };
+
+struct TOptionKey {
+    const char16_t* Key;
+    TOptionAction Action;
+    int Index; // Options index, or the tuple field for blocks and folds
+};
+
+const TOptionKey OptionKeys[] = {
+    {u"linecommenta", oaStore, 0},
+    {u"linecommentb", oaStore, 1},
+    {u"commentstarta", oaStore, 2},
+    {u"commentenda", oaStore, 3},
+    {u"commentstartb", oaStore, 4},
+    {u"commentendb", oaStore, 5},
+    {u"blockname", oaBlock, 0},
+    {u"blockonline", oaBlock, 1},
+    {u"blockasstring", oaBlock, 2},
+    {u"blockstart", oaBlock, 3},
+    {u"blockend", oaBlock, 4},
+    {u"fold_id", oaFold, 0},
+    {u"fold_begin", oaFold, 1},
+    {u"fold_end", oaFold, 2},
+    {u"fold_section", oaFold, 3},
+    {u"fold_noparentofid", oaFold, 4},
+    {u"char", oaStore, 6},
+    {u"string", oaStore, 7},
+    {u"hexidentifier", oaStore, 9},
+    {u"escape", oaStore, 10},
+    {u"symbols", oaStore, 11},
+    {u"numbers", oaStore, 12},
+    {u"notagsstart", oaStore, 15},
+    {u"notagsend", oaStore, 16},
+    {u"blockesc", oaStore, 18},
+    {u"commentesc", oaStore, 19},
+    {u"foldopt_asbegin", oaStore, 20},
+    {u"foldopt_separators", oaStore, 21},
+    {u"foldopt_sections", oaStore, 22},
+    {u"foldopt_autoidexcludes", oaStore, 23},
+    {u"rgn_start", oaStore, 26},
+    {u"rgn_end", oaStore, 27},
+    {u"rgn_commentstart", oaStore, 28},
+    {u"stringonline", oaYesNo, 8},
+    {u"casesensitive", oaYesNo, 13},
+    {u"tagscasesensitive", oaYesNo, 14},
+    {u"highlighturl", oaYesNo, 17},
+    {u"foldopt_case", oaYesNo, 24},
+    {u"foldopt_foldalltags", oaYesNo, 25},
+    {u"autocompletetags", oaYesNo, 29},
+};
+
+const TOptionKey* FindOptionKey(const WideString& LowKey) {
+    for (const auto& k : OptionKeys)
+        if (LowKey == k.Key) return &k;
+    return nullptr;
+}
+
+// A tuple key stores into the most recent tuple; before any tuple has
+// started the computed index is not above 0 and nothing happens.
+void StoreInTuple(TWgWideStringList& List, int FromEnd, const WideString& Value) {
+    int index = List.Count() - FromEnd;
+    if (index > 0) List.Put(index, Value);
+}
+
+// The state of one walk over the lines.
+class TSyntaxReader {
+public:
+    TSyntaxReader(TKVWideStringList& Lines, TWgWideStringList& Header, TWgWideStringList& Options,
+                  TWgWideStringList& Blocks, TWgWideStringList& Folds, TWgWideStringList& AutoHint,
+                  TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
+                  TMenuList& AutoComplete, TMenuList& TagComplete, TMenuList& UserMenu)
+        : FLines(Lines), FHeader(Header), FOptions(Options), FBlocks(Blocks), FFolds(Folds),
+          FAutoHint(AutoHint), FSample(Sample), FKeywords(Keywords), FTags(Tags),
+          FAutoComplete(AutoComplete), FTagComplete(TagComplete), FUserMenu(UserMenu),
+          FLookAhead(Lines) {}
+
+    void Run();
+
+private:
+    void ApplyMarker(TMarker Marker, int Index);
+    void OptionLine(const WideString& Line);
+    void GroupLine(const WideString& Line, bool IsTags);
+    void CompletionLine(const WideString& Line, TMenuList& Menus, bool IsAutoComplete);
+    void UserMenuLine(const WideString& Line);
+    void EntryLine(const WideString& Line, TMenuList& Menus);
+
+    TKVWideStringList& FLines;
+    TWgWideStringList &FHeader, &FOptions, &FBlocks, &FFolds, &FAutoHint, &FSample;
+    TMenuList &FKeywords, &FTags, &FAutoComplete, &FTagComplete, &FUserMenu;
+    TContentLookAhead FLookAhead;
+
+    TSection FState = secNone;
+    bool FBannerAllowed = true;
+    int FTagsCounter = 0;
+    int FKeywordsCounter = 0;
+    bool FNewTagGroup = false;
+    bool FNewKeywordGroup = false;
+};
+
+void TSyntaxReader::Run() {
+    FHeader.Clear();
+    FAutoHint.Clear();
+    FSample.Clear();
+    FKeywords.ClearMenus();
+    FTags.ClearMenus();
+    FAutoComplete.ClearMenus();
+    FTagComplete.ClearMenus();
+    FUserMenu.ClearMenus();
+    FBlocks.Clear();
+    FFolds.Clear();
+
+    for (int i = 0; i < FLines.Count(); ++i) {
+        const WideString& raw = FLines.Ref(i);
+        const WideString line = StripLineComment(raw);
+        TMarker marker = MarkerOf(line);
+        if (marker != mkNone && marker != mkEnd) {
+            if (marker != mkEndSample) FBannerAllowed = false;
+            ApplyMarker(marker, i);
+        } else if (FBannerAllowed && line.size() >= 3 && line[0] == u'{' && line[1] != u'*') {
+            // Tested on the stripped line, taken from the raw one: a leading
+            // space costs the space and leaves the brace in the text.
+            WideString text = raw.substr(1);
+            DeleteFirst(text, u'}');
+            FHeader.Add(Trim(text));
+        } else {
+            switch (FState) {
+            case secNone:
+                break;
+            case secOptions:
+                OptionLine(line);
+                break;
+            case secTags:
+                GroupLine(line, true);
+                break;
+            case secKeywords:
+                GroupLine(line, false);
+                break;
+            case secAutoHint:
+                if (IsEndLine(line)) {
+                    FState = secNone;
+                } else if (WideString hint = GetHintText(line); !hint.empty()) {
+                    FAutoHint.Add(hint);
+                }
+                break;
+            case secAutoComplete:
+                CompletionLine(line, FAutoComplete, true);
+                break;
+            case secTagComplete:
+                CompletionLine(line, FTagComplete, false);
+                break;
+            case secUserMenu:
+                UserMenuLine(line);
+                break;
+            case secSample:
+                FSample.Add(raw);
+                break;
+            }
+        }
+        // Lines behind the walk are never read again.
+        FLines.ReleaseString(i);
+    }
+}
+
+void TSyntaxReader::ApplyMarker(TMarker Marker, int Index) {
+    if (Marker == mkOptions) {
+        FState = secOptions;
+        return;
+    }
+    // Every other marker is entered only when its section has content;
+    // otherwise the previous state stays in force.
+    if (!FLookAhead.SectionHasContent(Index)) return;
+    switch (Marker) {
+    case mkTags:
+        FState = secTags;
+        ++FTagsCounter;
+        FNewTagGroup = true;
+        break;
+    case mkKeywords:
+        FState = secKeywords;
+        ++FKeywordsCounter;
+        FNewKeywordGroup = true;
+        break;
+    case mkAutoHint:
+        FState = secAutoHint;
+        break;
+    case mkUserMenu:
+        FState = secUserMenu;
+        break;
+    case mkAutoComplete:
+        FState = secAutoComplete;
+        break;
+    case mkTagComplete:
+        FState = secTagComplete;
+        break;
+    case mkBeginSample:
+        FState = secSample;
+        break;
+    case mkEndSample:
+        FState = secNone;
+        break;
+    default:
+        break;
+    }
+}
+
+void TSyntaxReader::OptionLine(const WideString& Line) {
+    if (IsEndLine(Line)) {
+        FState = secNone;
+        return;
+    }
+    const TOptionKey* key = FindOptionKey(WideLowerCase(GetOptionKey(Line)));
+    if (!key) return;
+    const WideString value = GetOptionValue(Line);
+    switch (key->Action) {
+    case oaStore:
+        FOptions.Put(key->Index, value);
+        break;
+    case oaYesNo:
+        if (IsYes(value)) FOptions.Put(key->Index, u"Yes");
+        break;
+    case oaBlock:
+        switch (key->Index) {
+        case 0:
+            FBlocks.Add(value);
+            FBlocks.Add(u"No");
+            FBlocks.Add(u"No");
+            FBlocks.Add(u"");
+            FBlocks.Add(u"");
+            break;
+        case 1:
+        case 2:
+            if (IsYes(value)) StoreInTuple(FBlocks, 5 - key->Index, u"Yes");
+            break;
+        default:
+            StoreInTuple(FBlocks, 5 - key->Index, value);
+            break;
+        }
+        break;
+    case oaFold:
+        switch (key->Index) {
+        case 0:
+            FFolds.Add(value);
+            for (int k = 0; k < 4; ++k)
+                FFolds.Add(u"");
+            break;
+        case 4:
+            // Marks the last block's end field, not the fold: the format's
+            // reader has always done so, and files depend on it.
+            if (IsYes(value)) StoreInTuple(FBlocks, 1, u"Yes");
+            break;
+        default:
+            StoreInTuple(FFolds, 5 - key->Index, value);
+            break;
+        }
+        break;
+    }
+}
+
+void TSyntaxReader::GroupLine(const WideString& Line, bool IsTags) {
+    if (IsEndLine(Line)) {
+        FState = secNone;
+        return;
+    }
+    WideString value = GetKeywordValue(Line);
+    if (value.empty()) return;
+    TMenuList& menus = IsTags ? FTags : FKeywords;
+    bool& newGroup = IsTags ? FNewTagGroup : FNewKeywordGroup;
+    const int counter = IsTags ? FTagsCounter : FKeywordsCounter;
+    if (newGroup) {
+        WideString title = value == u">" ? GetOptionValue(Line) : WideString();
+        if (!title.empty())
+            menus.AddMenu(title);
+        else
+            menus.AddMenu((IsTags ? u"Tags " : u"Keywords ") + IntToWide(counter));
+        newGroup = false;
+    }
+    if (value == u">") return;
+    if (IsTags) {
+        if (value[0] == Backslash) value.erase(0, 1);
+        menus.AddMenuItem(counter - 1, Trim(value), KindNone, WideString());
+    } else {
+        // Keywords keep the whole line: quotes and backslashes stay.
+        menus.AddMenuItem(counter - 1, Trim(Line), KindNone, WideString());
+    }
+}
+
+void TSyntaxReader::EntryLine(const WideString& Line, TMenuList& Menus) {
+    const WideString name = GetEntryName(Line);
+    if (name.empty()) return;
+    WideString text = GetEntryText(Line);
+    if (text.empty()) text = name;
+    WideChar letter = GetEntryKind(Line);
+    if (letter == 0) letter = u'p'; // no letter at all means kind 2
+    if (Menus.MenuCount() == 0) return;
+    Menus.AddMenuItem(Menus.MenuCount() - 1, name, KindLetterToIndex(letter), text);
+}
+
+void TSyntaxReader::CompletionLine(const WideString& Line, TMenuList& Menus, bool IsAutoComplete) {
+    if (IsEndLine(Line)) {
+        FState = secNone;
+        return;
+    }
+    if (Line.size() > 2 && Line[0] == u'-' && Line[1] == u'>') {
+        EntryLine(Line, Menus);
+        return;
+    }
+    if (Line.size() < 3) return;
+    WideString title = GetMenuTitle(Line);
+    // An empty class title becomes "." by the same dot rule.
+    if (IsAutoComplete && (title.empty() || title.back() != u'.')) title += u'.';
+    Menus.AddMenu(title);
+}
+
+void TSyntaxReader::UserMenuLine(const WideString& Line) {
+    if (IsEndLine(Line)) {
+        FState = secNone;
+        return;
+    }
+    if (FUserMenu.MenuCount() < 1) FUserMenu.AddMenu(u"0");
+    if (Line.size() < 3 || Line[0] != u'-' || Line[1] != u'>') return;
+    EntryLine(Line, FUserMenu);
+}
+
+} // namespace
+
+// ---- line helpers
+
+WideString StripLineComment(const WideString& S) {
+    const std::size_t q1 = Pos(Quote, S);
+    const std::size_t q2 = LastPos(u"\"", S);
+    const bool quoted = q1 >= 1 && q1 < q2;
+    auto outside = [&](std::size_t p) { return !quoted || p < q1 || p > q2; };
+    WideString s = S;
+    std::size_t p = Pos(u';', s);
+    if (p > 0 && outside(p)) s.erase(p - 1);
+    p = Pos(u"//", s);
+    if (p > 0 && outside(p)) s.erase(p - 1);
+    return Trim(s);
+}
+
+WideString GetOptionKey(const WideString& S) {
+    WideString s = Trim(S);
+    auto p = s.find(u'=');
+    if (p != WideString::npos) return Trim(WideView(s).substr(0, p));
+    if (!s.empty() && s[0] == u'>') return u">";
+    return {};
+}
+
+WideString GetOptionValue(const WideString& S) {
+    WideString s = Trim(S);
+    auto p = s.find(u'=');
+    if (p != WideString::npos) {
+        WideString v = s.substr(p + 1);
+        DeleteFirst(v, Quote);
+        DeleteLast(v, Quote);
+        v = Trim(v);
+        // One backslash at most goes, whatever escapes the writer added.
+        if (v.size() > 1) DeleteFirst(v, Backslash);
+        return Trim(v);
+    }
+    if (!s.empty() && s[0] == u'>') return Trim(WideView(s).substr(1));
+    return {};
+}
+
+WideString GetHintText(const WideString& S) {
+    WideString s = Trim(S);
+    DeleteFirst(s, Quote);
+    DeleteLast(s, Quote);
+    s = Trim(s);
+    if (s.size() > 1) DeleteFirst(s, Backslash);
+    return Trim(s);
+}
+
+WideString GetKeywordValue(const WideString& S) {
+    WideString s = Trim(S);
+    if (!s.empty() && s[0] == u'>') return u">";
+    const std::size_t q = Pos(Quote, s);
+    if (q > 0) s.erase(q - 1, 1);
+    DeleteLast(s, Quote);
+    s = Trim(s);
+    if (q == 0) return s;
+    // Walk the backslashes left to right; one deleted skips the character
+    // after it, and one at position q (first inside the quotes) stays.
+    WideString out;
+    out.reserve(s.size());
+    std::size_t length = s.size();
+    bool keepNext = false;
+    for (WideChar c : s) {
+        if (keepNext) {
+            out.push_back(c);
+            keepNext = false;
+            continue;
+        }
+        const std::size_t position = out.size() + 1;
+        if (c == Backslash && position > q && length > 1) {
+            --length;
+            keepNext = true;
+            continue;
+        }
+        out.push_back(c);
+    }
+    return Trim(out);
+}
+
+WideString GetEntryName(const WideString& S) {
+    WideString s = Trim(S);
+    CutAt(s, u'|');
+    CutAt(s, u'+');
+    auto first = s.find(Quote);
+    if (first != WideString::npos) s.erase(0, first + 1);
+    auto last = s.rfind(Quote);
+    if (last != WideString::npos) s.erase(last);
+    return Trim(DeleteBackslashes(Trim(s)));
+}
+
+WideString GetEntryText(const WideString& S) {
+    WideString s = Trim(S);
+    auto bar = s.find(u'|');
+    if (bar == WideString::npos) return {};
+    s.erase(0, bar + 1);
+    CutAt(s, u'+');
+    DeleteFirst(s, Quote);
+    DeleteLast(s, Quote);
+    s = ReplaceAll(Trim(s), u"#12", u"\r\n");
+    return Trim(DeleteBackslashes(s));
+}
+
+WideChar GetEntryKind(const WideString& S) {
+    WideString s = Trim(S);
+    auto last = s.rfind(Quote);
+    if (last != WideString::npos) s.erase(0, last);
+    auto plus = s.find(u'+');
+    if (plus == WideString::npos) return 0;
+    WideString tail = Trim(WideView(s).substr(plus + 1));
+    return tail.size() == 1 ? tail[0] : WideChar(0);
+}
+
+WideString GetMenuTitle(const WideString& S) {
+    WideString s = Trim(S);
+    DeleteFirst(s, Quote);
+    DeleteLast(s, Quote);
+    return Trim(DeleteBackslashes(Trim(s)));
+}
+
+namespace {
+constexpr char16_t KindLetters[] = u"lvpemfotnc0123456789";
+}
+
+int KindLetterToIndex(WideChar Letter) {
+    for (int i = 0; i < 20; ++i)
+        if (KindLetters[i] == Letter) return i;
+    return KindNone;
+}
+
+WideChar KindIndexToLetter(int Index) {
+    return Index >= 0 && Index < 20 ? KindLetters[Index] : u'-';
+}
+
+// ---- TKVSyntax
+
+void TKVSyntax::LoadSyntaxLines(TKVWideStringList& Lines, TWgWideStringList& Header,
+                                TWgWideStringList& Options, TWgWideStringList& Blocks,
+                                TWgWideStringList& Folds, TWgWideStringList& AutoHint,
+                                TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
+                                TMenuList& AutoComplete, TMenuList& TagComplete,
+                                TMenuList& UserMenu) {
+    if (Lines.Count() == 0) return; // nothing is cleared
+    TSyntaxReader(Lines, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
+                  AutoComplete, TagComplete, UserMenu)
+        .Run();
+}
+
+void TKVSyntax::LoadSyntaxFile(TWgWideStringList& Header, TWgWideStringList& Options,
+                               TWgWideStringList& Blocks, TWgWideStringList& Folds,
+                               TWgWideStringList& AutoHint, TWgWideStringList& Sample,
+                               TMenuList& Keywords, TMenuList& Tags, TMenuList& AutoComplete,
+                               TMenuList& TagComplete, TMenuList& UserMenu,
+                               const AnsiString& FileName, TTextEncoding* DetectedEncoding) {
+    TKVWideStringList lines;
+    lines.LoadFromFile(FileName);
+    if (DetectedEncoding) *DetectedEncoding = lines.Encoding();
+    LoadSyntaxLines(lines, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
+                    AutoComplete, TagComplete, UserMenu);
+}

@@ -1,0 +1,237 @@
+// The .syx writer: fixed capitalisation, fixed layout, one quoting rule a
+// section. It is deliberately plainer than the reader, and the two do not
+// mirror each other everywhere; those differences are part of the format.
+
+#include "document/KVSyntax.h"
+
+#include "base/Strings.h"
+#include "wide/CodePage.h"
+
+namespace {
+
+const WideString BannerLine = u"{*************************************************************}";
+constexpr std::size_t BannerWidth = 63;
+
+const char16_t* const BlockKeys[5] = {u"BlockName", u"BlockOnLine", u"BlockAsString", u"BlockStart",
+                                      u"BlockEnd"};
+const char16_t* const FoldKeys[5] = {u"Fold_Id", u"Fold_Begin", u"Fold_End", u"Fold_Section",
+                                     u"Fold_NoParentOfId"};
+
+WideString FullEscape(const WideString& S) {
+    WideString r = ReplaceAll(S, u"\\", u"\\\\");
+    r = ReplaceAll(r, u"\"", u"\\\"");
+    return ReplaceAll(r, u"'", u"\\'");
+}
+
+WideString QuoteEscape(const WideString& S) {
+    return ReplaceAll(S, u"\"", u"\\\"");
+}
+
+// Collects lines ended by CR LF and converts them to the system code page a
+// chunk at a time, so the whole text never exists twice in wide form.
+class TLineSink {
+public:
+    void Line(WideView Text) {
+        FPending.append(Text);
+        FPending.append(u"\r\n");
+        if (FPending.size() >= 32768) Flush();
+    }
+    void Blank() { Line(WideView()); }
+    AnsiString Finish() {
+        Flush();
+        return std::move(FBytes);
+    }
+
+private:
+    void Flush() {
+        FBytes += WideToAnsi(FPending);
+        FPending.clear();
+    }
+    WideString FPending;
+    AnsiString FBytes;
+};
+
+class TSyntaxWriter {
+public:
+    explicit TSyntaxWriter(TLineSink& Sink) : FOut(Sink) {}
+
+    void Banner(const TWgWideStringList& Header) {
+        FOut.Line(BannerLine);
+        for (int i = 0; i < Header.Count(); ++i) {
+            const WideString& entry = Header.Ref(i);
+            const std::size_t used = entry.size() + 3;
+            WideString line = u"{ " + entry;
+            // The closing brace stands at column 63; a longer entry pushes it out.
+            if (used <= BannerWidth) line.append(BannerWidth - used, u' ');
+            line += u'}';
+            FOut.Line(line);
+        }
+        FOut.Line(BannerLine);
+    }
+
+    void Options(const TWgWideStringList& Options) {
+        for (int i = 0; i < Options.Count() && i < SyntaxOptionCount; ++i) {
+            const WideString& value = Options.Ref(i);
+            if (!value.empty())
+                Assignment(WideFromAscii(SyntaxOptionKeys[std::size_t(i)]), FullEscape(value));
+        }
+    }
+
+    void Tuples(const TWgWideStringList& List, const char16_t* const Keys[5]) {
+        for (int i = 0; i < List.Count(); ++i) {
+            const int m = i % 5;
+            const WideString& value = List.Ref(i);
+            if (m != 0 && value.empty()) continue;
+            if (m == 0) FOut.Blank();
+            Assignment(Keys[m], FullEscape(value));
+        }
+    }
+
+    void Groups(const TMenuList& Menus, const char16_t* Marker) {
+        for (int i = 0; i < Menus.MenuCount(); ++i) {
+            const WideString name = Menus.MenuName(i);
+            FOut.Blank();
+            FOut.Line(Marker);
+            FOut.Line(u">" + name);
+            FOut.Blank();
+            // Duplicate names are walked with the count of the first of that name.
+            const int count = Menus.MenuItemCount(name);
+            for (int j = 0; j < count; ++j) {
+                WideString item;
+                Menus.GetItemNameKind(i, j, item, FKind);
+                FOut.Line(u"  " + item);
+            }
+            FOut.Blank();
+            FOut.Line(u"[End]");
+            FOut.Blank();
+        }
+    }
+
+    void Hints(const TWgWideStringList& AutoHint) {
+        if (AutoHint.Count() == 0) return;
+        FOut.Blank();
+        FOut.Line(u"[AutoHint]");
+        FOut.Blank();
+        for (int i = 0; i < AutoHint.Count(); ++i)
+            FOut.Line(u"  \"" + QuoteEscape(AutoHint.Ref(i)) + u"\"");
+        EndSection();
+    }
+
+    void UserMenu(const TMenuList& Menus) {
+        if (Menus.MenuCount() < 1) return;
+        FOut.Blank();
+        FOut.Line(u"[UserMenu]");
+        // The count always comes from the menu named "0".
+        const int count = Menus.MenuItemCount(u"0");
+        for (int i = 0; i < Menus.MenuCount(); ++i)
+            for (int j = 0; j < count; ++j)
+                Entry(Menus, i, j, u"  ", true);
+        EndSection();
+    }
+
+    void Completion(const TMenuList& Menus, const char16_t* Marker) {
+        if (Menus.MenuCount() < 1) return;
+        FOut.Blank();
+        FOut.Line(Marker);
+        for (int i = 0; i < Menus.MenuCount(); ++i) {
+            const WideString name = QuoteEscape(Menus.MenuName(i));
+            FOut.Blank();
+            FOut.Line(u"  \"" + name + u"\"");
+            // Looked up by the escaped name: a title with a quote finds no menu.
+            const int count = Menus.MenuItemCount(name);
+            for (int j = 0; j < count; ++j)
+                Entry(Menus, i, j, u"    ", false);
+        }
+        EndSection();
+    }
+
+    void SampleText(const TWgWideStringList& Sample) {
+        if (Sample.Count() == 0) return;
+        FOut.Blank();
+        FOut.Line(u"[BeginSample]");
+        for (int i = 0; i < Sample.Count(); ++i)
+            FOut.Line(Sample.Ref(i));
+        FOut.Line(u"[EndSample]");
+    }
+
+    void Raw(WideView Line) { FOut.Line(Line); }
+    void Blank() { FOut.Blank(); }
+
+private:
+    void Assignment(const WideString& Key, const WideString& Value) {
+        FOut.Line(u"  " + Key + u" = \"" + Value + u"\"");
+    }
+
+    void EndSection() {
+        FOut.Blank();
+        FOut.Line(u"[End]");
+        FOut.Blank();
+    }
+
+    void Entry(const TMenuList& Menus, int I, int J, const char16_t* Prefix, bool LineBreaks) {
+        WideString name, text;
+        Menus.GetItemNameKind(I, J, name, FKind);
+        Menus.GetItemText(I, J, text);
+        name = QuoteEscape(name);
+        text = QuoteEscape(text);
+        if (LineBreaks) text = ReplaceAll(text, u"\r\n", u"#12");
+        const WideChar letter = KindIndexToLetter(FKind);
+        WideString line = Prefix;
+        line += u"->\"" + name + u"\"";
+        if (!text.empty() && text != name) line += u" | \"" + text + u"\"";
+        line += u" + ";
+        line += letter;
+        FOut.Line(line);
+    }
+
+    TLineSink& FOut;
+    // One kind for the whole save: an item index out of range leaves it as
+    // it was, so such a line takes the previous letter.
+    int FKind = KindNone;
+};
+
+} // namespace
+
+AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
+                                     const TWgWideStringList& Options,
+                                     const TWgWideStringList& Blocks,
+                                     const TWgWideStringList& Folds,
+                                     const TWgWideStringList& AutoHint,
+                                     const TWgWideStringList& Sample, const TMenuList& Keywords,
+                                     const TMenuList& Tags, const TMenuList& AutoComplete,
+                                     const TMenuList& TagComplete, const TMenuList& UserMenu) {
+    TLineSink sink;
+    TSyntaxWriter w(sink);
+    w.Banner(Header);
+    w.Blank();
+    w.Blank();
+    w.Raw(u"[Options]");
+    w.Blank();
+    w.Options(Options);
+    w.Blank();
+    w.Tuples(Blocks, BlockKeys);
+    w.Tuples(Folds, FoldKeys);
+    w.Blank();
+    w.Raw(u"[End]");
+    w.Blank();
+    w.Groups(Tags, u"[Tags]");
+    w.Groups(Keywords, u"[Keywords]");
+    w.Hints(AutoHint);
+    w.UserMenu(UserMenu);
+    w.Completion(AutoComplete, u"[AutoComplete]");
+    w.Completion(TagComplete, u"[TagComplete]");
+    w.SampleText(Sample);
+    return sink.Finish();
+}
+
+void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStringList& Options,
+                               const TWgWideStringList& Blocks, const TWgWideStringList& Folds,
+                               const TWgWideStringList& AutoHint, const TWgWideStringList& Sample,
+                               const TMenuList& Keywords, const TMenuList& Tags,
+                               const TMenuList& AutoComplete, const TMenuList& TagComplete,
+                               const TMenuList& UserMenu, const AnsiString& FileName) {
+    const AnsiString bytes = SaveSyntaxText(Header, Options, Blocks, Folds, AutoHint, Sample,
+                                            Keywords, Tags, AutoComplete, TagComplete, UserMenu);
+    TFileStream stream(FileName, fmCreate);
+    stream.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
+}
