@@ -206,7 +206,9 @@ void TWgWideStrings::Assign(const TWgWideStrings& Source) {
 }
 
 void TWgWideStrings::BeginUpdate() {
-    if (FUpdateCount++ == 0) SetUpdateState(true);
+    // The state changes before the count rises, so Changing still fires.
+    if (FUpdateCount == 0) SetUpdateState(true);
+    ++FUpdateCount;
 }
 
 void TWgWideStrings::EndUpdate() {
