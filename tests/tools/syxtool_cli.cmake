@@ -1,0 +1,56 @@
+# End-to-end checks of syxtool: run with -DSYXTOOL=... -DDATA=... -DWORK=...
+file(REMOVE_RECURSE "${WORK}")
+file(MAKE_DIRECTORY "${WORK}")
+
+function(expect_run code)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT rc EQUAL code)
+    message(FATAL_ERROR "expected exit ${code}, got ${rc}: ${ARGN}\n${out}\n${err}")
+  endif()
+  set(LAST_OUT "${out}" PARENT_SCOPE)
+  set(LAST_ERR "${err}" PARENT_SCOPE)
+endfunction()
+
+function(expect_same a b)
+  file(READ "${a}" ca HEX)
+  file(READ "${b}" cb HEX)
+  if(NOT ca STREQUAL cb)
+    message(FATAL_ERROR "${a} and ${b} differ")
+  endif()
+endfunction()
+
+# Open then Save of the reference document gives the reference text, and a
+# second pass gives the same bytes.
+expect_run(0 "${SYXTOOL}" normalize "${DATA}/document/roundtrip_input.syx" "${WORK}/once.syx")
+expect_same("${WORK}/once.syx" "${DATA}/document/roundtrip_saved.syx")
+expect_run(0 "${SYXTOOL}" normalize "${WORK}/once.syx" "${WORK}/twice.syx")
+expect_same("${WORK}/once.syx" "${WORK}/twice.syx")
+
+# A file without banner lines receives the six default author lines.
+file(WRITE "${WORK}/bare.syx" "[Keywords]\nx\n")
+expect_run(0 "${SYXTOOL}" normalize "${WORK}/bare.syx" "${WORK}/bare-out.syx")
+file(READ "${WORK}/bare-out.syx" bare)
+string(FIND "${bare}" "{ <b>Recommended colors:</b>" at)
+if(at EQUAL -1)
+  message(FATAL_ERROR "default author lines missing:\n${bare}")
+endif()
+
+expect_run(0 "${SYXTOOL}" dump "${DATA}/document/roundtrip_input.syx")
+foreach(piece "\"encoding\": \"ansi\"" "\"name\": \"obj.\"" "{\"name\": \"Run\", \"kind\": 4, \"text\": \"Run()\"}")
+  string(FIND "${LAST_OUT}" "${piece}" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "dump lacks ${piece}:\n${LAST_OUT}")
+  endif()
+endforeach()
+
+# Errors: missing file 1, bad arguments 2, help 0.
+expect_run(1 "${SYXTOOL}" dump "${WORK}/missing.syx")
+string(FIND "${LAST_ERR}" "Cannot open file" at)
+if(at EQUAL -1)
+  message(FATAL_ERROR "unclear error: ${LAST_ERR}")
+endif()
+expect_run(1 "${SYXTOOL}" normalize "${DATA}/document/roundtrip_input.syx" "${WORK}/no/dir/x.syx")
+expect_run(2 "${SYXTOOL}")
+expect_run(2 "${SYXTOOL}" dump)
+expect_run(2 "${SYXTOOL}" frobnicate x)
+expect_run(0 "${SYXTOOL}" --help)
