@@ -84,6 +84,8 @@ bool IsYes(const WideString& Value) {
     return low == u"yes" || low == u"y";
 }
 
+WideView TrimView(WideView S);
+
 // ---- section markers
 
 enum TSection : std::uint8_t {
@@ -129,7 +131,7 @@ TMarker MarkerOf(WideView Line) {
     return mkNone;
 }
 
-bool IsEndLine(const WideString& Line) {
+bool IsEndLine(WideView Line) {
     return Line.size() == 5 && MarkerOf(Line) == mkEnd;
 }
 
@@ -142,41 +144,116 @@ WideView TrimView(WideView S) {
     return S.substr(b, e - b);
 }
 
+WideView StripLineCommentView(WideView S) {
+    // One pass finds the quotes and the first of each comment form.
+    constexpr std::size_t none = WideView::npos;
+    std::size_t q1 = none, q2 = none, semicolon = none, slashes = none;
+    for (std::size_t i = 0; i < S.size(); ++i) {
+        const WideChar c = S[i];
+        if (c == Quote) {
+            if (q1 == none) q1 = i;
+            q2 = i;
+        } else if (c == u';') {
+            if (semicolon == none) semicolon = i;
+        } else if (c == u'/' && slashes == none && i + 1 < S.size() && S[i + 1] == u'/') {
+            slashes = i;
+        }
+    }
+    const bool quoted = q1 != none && q1 < q2;
+    auto outside = [&](std::size_t p) { return !quoted || p < q1 || p > q2; };
+    // Only the first ";" and the first "//" count; one inside the quotes
+    // ends the search for that form of comment.
+    if (semicolon != none && outside(semicolon)) {
+        S = S.substr(0, semicolon);
+        if (slashes != none && slashes + 1 >= semicolon)
+            slashes = S.find(u"//"); // a pair cut in half by the ";" is no comment
+    }
+    if (slashes != none && outside(slashes)) S = S.substr(0, slashes);
+    return TrimView(S);
+}
+
 // Whether a section marker at line Index has content: the look-ahead over
-// the following lines, without comment stripping. The answer for every line
-// is computed once, backwards, so that a file of many markers costs one pass.
+// the following lines, without comment stripping. Content usually follows
+// its marker at once, so each marker scans forward on its own; should a
+// file make those scans long (markers hidden in long brace runs), the answer
+// for every line is computed once, backwards, and a file of many markers
+// costs one pass.
 class TContentLookAhead {
 public:
-    explicit TContentLookAhead(const TKVWideStringList& Lines) {
-        const int n = Lines.Count();
+    explicit TContentLookAhead(const TLineSource& Lines) : FLines(Lines) {}
+
+    bool SectionHasContent(int Index) {
+        if (!FFree.empty()) return FFree[std::size_t(Index) + 1];
+        bool inBrace = false;
+        int scanned = 0;
+        for (int j = Index + 1; j < FLines.Count(); ++j) {
+            if (++FBudget > ScanBudget) {
+                ComputeAll();
+                return FFree[std::size_t(Index) + 1];
+            }
+            ++scanned;
+            FLines.Line(j, FBuffer);
+            const WideView t = TrimView(FBuffer);
+            if (!t.empty() && t[0] == u'{') inBrace = true;
+            if (inBrace) {
+                if (t.find(u'}') != WideView::npos) inBrace = false;
+                continue;
+            }
+            switch (Classify(t)) {
+            case lkSkip:
+                continue;
+            case lkMarker:
+                return false;
+            case lkContent:
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    enum TLineKind : std::uint8_t { lkSkip, lkMarker, lkContent };
+    static constexpr long long ScanBudget = 100000;
+
+    static TLineKind Classify(WideView T) {
+        if (T.empty() || T[0] == u'>' || T[0] == u';' ||
+            (T.size() > 1 && T[0] == u'/' && T[1] == u'/'))
+            return lkSkip;
+        return MarkerOf(T) != mkNone ? lkMarker : lkContent;
+    }
+
+    void ComputeAll() {
+        const int n = FLines.Count();
         FFree.assign(std::size_t(n) + 1, false);
         std::vector<bool> inBrace(std::size_t(n) + 1, false);
         for (int j = n - 1; j >= 0; --j) {
-            WideView t = TrimView(Lines.Ref(j));
-            const bool closes = t.find(u'}') != WideView::npos;
+            FLines.Line(j, FBuffer);
+            const WideView t = TrimView(FBuffer);
             const std::size_t next = std::size_t(j) + 1;
             // Inside a brace run a line is passed over; one holding "}" ends the run.
-            inBrace[std::size_t(j)] = closes ? FFree[next] : inBrace[next];
-            bool result;
-            if (!t.empty() && t[0] == u'{')
-                result = inBrace[std::size_t(j)];
-            else if (!t.empty() && (t[0] == u'>' || t[0] == u';'))
-                result = FFree[next];
-            else if (t.size() > 1 && t[0] == u'/' && t[1] == u'/')
-                result = FFree[next];
-            else if (MarkerOf(t) != mkNone)
-                result = false;
-            else if (!t.empty())
-                result = true;
-            else
-                result = FFree[next];
-            FFree[std::size_t(j)] = result;
+            inBrace[std::size_t(j)] = t.find(u'}') != WideView::npos ? FFree[next] : inBrace[next];
+            if (!t.empty() && t[0] == u'{') {
+                FFree[std::size_t(j)] = inBrace[std::size_t(j)];
+                continue;
+            }
+            switch (Classify(t)) {
+            case lkSkip:
+                FFree[std::size_t(j)] = FFree[next];
+                break;
+            case lkMarker:
+                FFree[std::size_t(j)] = false;
+                break;
+            case lkContent:
+                FFree[std::size_t(j)] = true;
+                break;
+            }
         }
     }
-    bool SectionHasContent(int Index) const { return FFree[std::size_t(Index) + 1]; }
 
-private:
-    std::vector<bool> FFree; // the answer when the scan starts at a line outside braces
+    const TLineSource& FLines;
+    WideString FBuffer;
+    long long FBudget = 0;
+    std::vector<bool> FFree; // the answer when a scan starts at a line outside braces
 };
 
 // Index of each recognised option key (lower case) in the actions below.
@@ -247,7 +324,7 @@ void StoreInTuple(TWgWideStringList& List, int FromEnd, const WideString& Value)
 // The state of one walk over the lines.
 class TSyntaxReader {
 public:
-    TSyntaxReader(TKVWideStringList& Lines, TWgWideStringList& Header, TWgWideStringList& Options,
+    TSyntaxReader(const TLineSource& Lines, TWgWideStringList& Header, TWgWideStringList& Options,
                   TWgWideStringList& Blocks, TWgWideStringList& Folds, TWgWideStringList& AutoHint,
                   TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
                   TMenuList& AutoComplete, TMenuList& TagComplete, TMenuList& UserMenu)
@@ -260,13 +337,13 @@ public:
 
 private:
     void ApplyMarker(TMarker Marker, int Index);
-    void OptionLine(const WideString& Line);
-    void GroupLine(const WideString& Line, bool IsTags);
-    void CompletionLine(const WideString& Line, TMenuList& Menus, bool IsAutoComplete);
-    void UserMenuLine(const WideString& Line);
-    void EntryLine(const WideString& Line, TMenuList& Menus);
+    void OptionLine(WideView Line);
+    void GroupLine(WideView Line, bool IsTags);
+    void CompletionLine(WideView Line, TMenuList& Menus, bool IsAutoComplete);
+    void UserMenuLine(WideView Line);
+    void EntryLine(WideView Line, TMenuList& Menus);
 
-    TKVWideStringList& FLines;
+    const TLineSource& FLines;
     TWgWideStringList &FHeader, &FOptions, &FBlocks, &FFolds, &FAutoHint, &FSample;
     TMenuList &FKeywords, &FTags, &FAutoComplete, &FTagComplete, &FUserMenu;
     TContentLookAhead FLookAhead;
@@ -291,9 +368,10 @@ void TSyntaxReader::Run() {
     FBlocks.Clear();
     FFolds.Clear();
 
+    WideString raw;
     for (int i = 0; i < FLines.Count(); ++i) {
-        const WideString& raw = FLines.Ref(i);
-        const WideString line = StripLineComment(raw);
+        FLines.Line(i, raw);
+        const WideView line = StripLineCommentView(raw);
         TMarker marker = MarkerOf(line);
         if (marker != mkNone && marker != mkEnd) {
             if (marker != mkEndSample) FBannerAllowed = false;
@@ -338,8 +416,6 @@ void TSyntaxReader::Run() {
                 break;
             }
         }
-        // Lines behind the walk are never read again.
-        FLines.ReleaseString(i);
     }
 }
 
@@ -385,7 +461,7 @@ void TSyntaxReader::ApplyMarker(TMarker Marker, int Index) {
     }
 }
 
-void TSyntaxReader::OptionLine(const WideString& Line) {
+void TSyntaxReader::OptionLine(WideView Line) {
     if (IsEndLine(Line)) {
         FState = secNone;
         return;
@@ -438,12 +514,18 @@ void TSyntaxReader::OptionLine(const WideString& Line) {
     }
 }
 
-void TSyntaxReader::GroupLine(const WideString& Line, bool IsTags) {
+void TSyntaxReader::GroupLine(WideView Line, bool IsTags) {
     if (IsEndLine(Line)) {
         FState = secNone;
         return;
     }
-    WideString value = GetKeywordValue(Line);
+    // Without a quote the value is the (already trimmed) line itself.
+    const bool plain = Line.find(Quote) == WideView::npos && (Line.empty() || Line[0] != u'>');
+    if (plain && !Line.empty() && !IsTags && !FNewKeywordGroup) {
+        FKeywords.AddMenuItem(FKeywordsCounter - 1, Line, KindNone, WideView());
+        return;
+    }
+    WideString value = plain ? WideString(Line) : GetKeywordValue(Line);
     if (value.empty()) return;
     TMenuList& menus = IsTags ? FTags : FKeywords;
     bool& newGroup = IsTags ? FNewTagGroup : FNewKeywordGroup;
@@ -459,14 +541,15 @@ void TSyntaxReader::GroupLine(const WideString& Line, bool IsTags) {
     if (value == u">") return;
     if (IsTags) {
         if (value[0] == Backslash) value.erase(0, 1);
-        menus.AddMenuItem(counter - 1, Trim(value), KindNone, WideString());
+        menus.AddMenuItem(counter - 1, plain && value.size() == Line.size() ? value : Trim(value),
+                          KindNone, WideString());
     } else {
         // Keywords keep the whole line: quotes and backslashes stay.
-        menus.AddMenuItem(counter - 1, Trim(Line), KindNone, WideString());
+        menus.AddMenuItem(counter - 1, plain ? value : Trim(Line), KindNone, WideString());
     }
 }
 
-void TSyntaxReader::EntryLine(const WideString& Line, TMenuList& Menus) {
+void TSyntaxReader::EntryLine(WideView Line, TMenuList& Menus) {
     const WideString name = GetEntryName(Line);
     if (name.empty()) return;
     WideString text = GetEntryText(Line);
@@ -477,7 +560,7 @@ void TSyntaxReader::EntryLine(const WideString& Line, TMenuList& Menus) {
     Menus.AddMenuItem(Menus.MenuCount() - 1, name, KindLetterToIndex(letter), text);
 }
 
-void TSyntaxReader::CompletionLine(const WideString& Line, TMenuList& Menus, bool IsAutoComplete) {
+void TSyntaxReader::CompletionLine(WideView Line, TMenuList& Menus, bool IsAutoComplete) {
     if (IsEndLine(Line)) {
         FState = secNone;
         return;
@@ -493,7 +576,7 @@ void TSyntaxReader::CompletionLine(const WideString& Line, TMenuList& Menus, boo
     Menus.AddMenu(title);
 }
 
-void TSyntaxReader::UserMenuLine(const WideString& Line) {
+void TSyntaxReader::UserMenuLine(WideView Line) {
     if (IsEndLine(Line)) {
         FState = secNone;
         return;
@@ -507,20 +590,11 @@ void TSyntaxReader::UserMenuLine(const WideString& Line) {
 
 // ---- line helpers
 
-WideString StripLineComment(const WideString& S) {
-    const std::size_t q1 = Pos(Quote, S);
-    const std::size_t q2 = LastPos(u"\"", S);
-    const bool quoted = q1 >= 1 && q1 < q2;
-    auto outside = [&](std::size_t p) { return !quoted || p < q1 || p > q2; };
-    WideString s = S;
-    std::size_t p = Pos(u';', s);
-    if (p > 0 && outside(p)) s.erase(p - 1);
-    p = Pos(u"//", s);
-    if (p > 0 && outside(p)) s.erase(p - 1);
-    return Trim(s);
+WideString StripLineComment(WideView S) {
+    return WideString(StripLineCommentView(S));
 }
 
-WideString GetOptionKey(const WideString& S) {
+WideString GetOptionKey(WideView S) {
     WideString s = Trim(S);
     auto p = s.find(u'=');
     if (p != WideString::npos) return Trim(WideView(s).substr(0, p));
@@ -528,7 +602,7 @@ WideString GetOptionKey(const WideString& S) {
     return {};
 }
 
-WideString GetOptionValue(const WideString& S) {
+WideString GetOptionValue(WideView S) {
     WideString s = Trim(S);
     auto p = s.find(u'=');
     if (p != WideString::npos) {
@@ -544,7 +618,7 @@ WideString GetOptionValue(const WideString& S) {
     return {};
 }
 
-WideString GetHintText(const WideString& S) {
+WideString GetHintText(WideView S) {
     WideString s = Trim(S);
     DeleteFirst(s, Quote);
     DeleteLast(s, Quote);
@@ -553,7 +627,7 @@ WideString GetHintText(const WideString& S) {
     return Trim(s);
 }
 
-WideString GetKeywordValue(const WideString& S) {
+WideString GetKeywordValue(WideView S) {
     WideString s = Trim(S);
     if (!s.empty() && s[0] == u'>') return u">";
     const std::size_t q = Pos(Quote, s);
@@ -584,7 +658,7 @@ WideString GetKeywordValue(const WideString& S) {
     return Trim(out);
 }
 
-WideString GetEntryName(const WideString& S) {
+WideString GetEntryName(WideView S) {
     WideString s = Trim(S);
     CutAt(s, u'|');
     CutAt(s, u'+');
@@ -595,7 +669,7 @@ WideString GetEntryName(const WideString& S) {
     return Trim(DeleteBackslashes(Trim(s)));
 }
 
-WideString GetEntryText(const WideString& S) {
+WideString GetEntryText(WideView S) {
     WideString s = Trim(S);
     auto bar = s.find(u'|');
     if (bar == WideString::npos) return {};
@@ -607,7 +681,7 @@ WideString GetEntryText(const WideString& S) {
     return Trim(DeleteBackslashes(s));
 }
 
-WideChar GetEntryKind(const WideString& S) {
+WideChar GetEntryKind(WideView S) {
     WideString s = Trim(S);
     auto last = s.rfind(Quote);
     if (last != WideString::npos) s.erase(0, last);
@@ -617,7 +691,7 @@ WideChar GetEntryKind(const WideString& S) {
     return tail.size() == 1 ? tail[0] : WideChar(0);
 }
 
-WideString GetMenuTitle(const WideString& S) {
+WideString GetMenuTitle(WideView S) {
     WideString s = Trim(S);
     DeleteFirst(s, Quote);
     DeleteLast(s, Quote);
@@ -640,7 +714,7 @@ WideChar KindIndexToLetter(int Index) {
 
 // ---- TKVSyntax
 
-void TKVSyntax::LoadSyntaxLines(TKVWideStringList& Lines, TWgWideStringList& Header,
+void TKVSyntax::LoadSyntaxLines(const TLineSource& Lines, TWgWideStringList& Header,
                                 TWgWideStringList& Options, TWgWideStringList& Blocks,
                                 TWgWideStringList& Folds, TWgWideStringList& AutoHint,
                                 TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
@@ -658,9 +732,15 @@ void TKVSyntax::LoadSyntaxFile(TWgWideStringList& Header, TWgWideStringList& Opt
                                TMenuList& Keywords, TMenuList& Tags, TMenuList& AutoComplete,
                                TMenuList& TagComplete, TMenuList& UserMenu,
                                const AnsiString& FileName, TTextEncoding* DetectedEncoding) {
-    TKVWideStringList lines;
-    lines.LoadFromFile(FileName);
-    if (DetectedEncoding) *DetectedEncoding = lines.Encoding();
+    // The lines are decoded as the text-file list decodes them, but kept as
+    // the file's own bytes where possible, so a large file is not held twice.
+    TTextLines lines;
+    TTextEncoding encoding = teAnsi;
+    {
+        TFileStream stream(FileName, fmOpenRead | fmShareDenyWrite);
+        lines.Load(stream, encoding);
+    }
+    if (DetectedEncoding) *DetectedEncoding = encoding;
     LoadSyntaxLines(lines, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
 }

@@ -6,6 +6,7 @@
 
 #include "document/KVWideStrings.h"
 #include "document/MenuList.h"
+#include "document/TextLines.h"
 
 #include <array>
 
@@ -39,7 +40,7 @@ public:
                         const TMenuList& UserMenu, const AnsiString& FileName);
 
     // The same two walks on lines and on text already in memory.
-    void LoadSyntaxLines(TKVWideStringList& Lines, TWgWideStringList& Header,
+    void LoadSyntaxLines(const TLineSource& Lines, TWgWideStringList& Header,
                          TWgWideStringList& Options, TWgWideStringList& Blocks,
                          TWgWideStringList& Folds, TWgWideStringList& AutoHint,
                          TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
@@ -53,14 +54,14 @@ public:
 };
 
 // The reader's line helpers: pure functions of one line.
-WideString StripLineComment(const WideString& S);
-WideString GetOptionKey(const WideString& S);
-WideString GetOptionValue(const WideString& S);
-WideString GetKeywordValue(const WideString& S);
-WideString GetHintText(const WideString& S);
-WideString GetEntryName(const WideString& S);
-WideString GetEntryText(const WideString& S);
-WideChar GetEntryKind(const WideString& S); // 0 when the line names no letter
-WideString GetMenuTitle(const WideString& S);
+WideString StripLineComment(std::u16string_view S);
+WideString GetOptionKey(std::u16string_view S);
+WideString GetOptionValue(std::u16string_view S);
+WideString GetKeywordValue(std::u16string_view S);
+WideString GetHintText(std::u16string_view S);
+WideString GetEntryName(std::u16string_view S);
+WideString GetEntryText(std::u16string_view S);
+WideChar GetEntryKind(std::u16string_view S); // 0 when the line names no letter
+WideString GetMenuTitle(std::u16string_view S);
 int KindLetterToIndex(WideChar Letter);
 WideChar KindIndexToLetter(int Index);

@@ -36,6 +36,10 @@ public:
         FPending.append(u"\r\n");
         if (FPending.size() >= 32768) Flush();
     }
+    void Line(WideView First, WideView Second) {
+        FPending.append(First);
+        Line(Second);
+    }
     void Blank() { Line(WideView()); }
     AnsiString Finish() {
         Flush();
@@ -96,10 +100,15 @@ public:
             FOut.Blank();
             // Duplicate names are walked with the count of the first of that name.
             const int count = Menus.MenuItemCount(name);
+            const TWgWideStringList& items = *Menus.Menu(i)->Items;
             for (int j = 0; j < count; ++j) {
-                WideString item;
-                Menus.GetItemNameKind(i, j, item, FKind);
-                FOut.Line(u"  " + item);
+                // As GetItemNameKind: past the end the name is empty and the kind stays.
+                if (j < items.Count()) {
+                    FKind = int(items.GetObject(j));
+                    FOut.Line(u"  ", TMenuList::ItemLeftView(items.Ref(j)));
+                } else {
+                    FOut.Line(u"  ", WideView());
+                }
             }
             FOut.Blank();
             FOut.Line(u"[End]");

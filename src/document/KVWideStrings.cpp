@@ -1,15 +1,9 @@
 #include "document/KVWideStrings.h"
 
 #include "base/Exceptions.h"
+#include "document/TextLines.h"
 #include "wide/CodePage.h"
 #include "wide/Utf.h"
-
-namespace {
-
-constexpr std::uint16_t MarkLE = 65279; // the bytes 255, 254
-constexpr std::uint16_t MarkBE = 65534; // the bytes 254, 255
-
-} // namespace
 
 const char* EncodingName(TTextEncoding Encoding) {
     switch (Encoding) {
@@ -57,16 +51,9 @@ void TKVWideStringList::SetTextStr(const WideString& Value) {
     try {
         Clear();
         // Walk by count, not by terminator: a zero character stays in its line.
-        const std::size_t n = Value.size();
-        std::size_t p = 0;
-        while (p < n) {
-            std::size_t start = p;
-            while (p < n && Value[p] != u'\r' && Value[p] != u'\n')
-                ++p;
-            AddMove(Value.substr(start, p - start));
-            if (p < n && Value[p] == u'\r') ++p;
-            if (p < n && Value[p] == u'\n') ++p;
-        }
+        ForEachLine(Value.data(), Value.size(), [&](std::size_t Start, std::size_t Length) {
+            AddMove(Value.substr(Start, Length));
+        });
     } catch (...) {
         EndUpdate();
         throw;
@@ -77,51 +64,18 @@ void TKVWideStringList::SetTextStr(const WideString& Value) {
 void TKVWideStringList::LoadFromStream(TStream& Stream) {
     BeginUpdate();
     Clear();
-    std::int64_t remaining = Stream.Size() - Stream.Position();
-    if (remaining < 0)
-        // The list stays empty and in its update state, as it always has.
-        throw EStreamError("Invalid string header read from the stream");
+    // A negative remainder raises here and leaves the list empty and still
+    // in its update state, as it always has.
+    TTextLines lines;
+    const bool any = lines.Load(Stream, FEncoding);
     try {
-        if (remaining > 0) {
-            // A single byte cannot hold a mark: it is narrow text.
-            std::uint16_t mark = 0;
-            if (remaining >= 2) {
-                mark = Stream.ReadUInt16();
-                Stream.Seek(-2, soCurrent);
+        if (any) {
+            SetCapacity(lines.Count());
+            WideString line;
+            for (int i = 0; i < lines.Count(); ++i) {
+                lines.Line(i, line);
+                AddMove(WideString(line));
             }
-            WideString text;
-            if (mark != MarkLE && mark != MarkBE) {
-                std::string bytes(std::size_t(remaining), '\0');
-                Stream.ReadBuffer(bytes.data(), remaining);
-                if (bytes.size() >= 3 && std::uint8_t(bytes[0]) == 239 &&
-                    std::uint8_t(bytes[1]) == 187 && std::uint8_t(bytes[2]) == 191) {
-                    text = DecodeUtf8Lenient(std::string_view(bytes).substr(3));
-                    FEncoding = teUtf8;
-                } else {
-                    text = AnsiToWide(bytes);
-                    FEncoding = teAnsi;
-                }
-            } else {
-                Stream.Seek(2, soCurrent);
-                FEncoding = teUtf16LE;
-                std::string bytes(std::size_t(remaining - 2), '\0');
-                Stream.ReadBuffer(bytes.data(), remaining - 2);
-                text = DecodeUtf16LE(bytes); // an odd last byte is dropped
-                bytes = std::string();
-                if (mark == MarkBE) {
-                    // Swapped only up to the first zero character; the rest stays reversed.
-                    for (auto& c : text) {
-                        if (c == 0) break;
-                        c = WideChar((c >> 8) | (c << 8));
-                    }
-                    FEncoding = teUtf16BE;
-                }
-                std::size_t lead = 0;
-                while (lead < text.size() && (text[lead] == MarkLE || text[lead] == MarkBE))
-                    ++lead;
-                text.erase(0, lead);
-            }
-            SetTextStr(text);
         }
     } catch (...) {
         EndUpdate();

@@ -25,9 +25,6 @@ public:
     void SaveToFile(const AnsiString& FileName) override;
     void SaveToStream(TStream& Stream) override;
 
-    // Lets a reader give back the memory of a line it has finished with.
-    void ReleaseString(int Index) { WideString().swap(const_cast<WideString&>(Ref(Index))); }
-
 private:
     int AddMove(WideString&& S);
     WideString ExpandTabs(WideString S) const;

@@ -7,9 +7,18 @@ namespace {
 constexpr WideChar Separator = u'|';
 }
 
+WideView TMenuList::ItemLeftView(const WideString& Item) {
+    WideView v(Item);
+    v = v.substr(0, v.find(Separator));
+    while (!v.empty() && v.front() == u' ')
+        v.remove_prefix(1);
+    while (!v.empty() && v.back() == u' ')
+        v.remove_suffix(1);
+    return v;
+}
+
 WideString TMenuList::ItemLeft(const WideString& Item) {
-    auto p = Item.find(Separator);
-    return TrimSpaces(p == WideString::npos ? WideView(Item) : WideView(Item).substr(0, p));
+    return WideString(ItemLeftView(Item));
 }
 
 WideString TMenuList::ItemRight(const WideString& Item) {
@@ -31,13 +40,12 @@ void TMenuList::AddMenu(const WideString& Name) {
     if (FLowerIndexValid) FLowerIndex.try_emplace(WideLowerCase(Name), MenuCount() - 1);
 }
 
-void TMenuList::AddMenuItem(int MenuIndex, const WideString& Name, int Kind,
-                            const WideString& Text) {
+void TMenuList::AddMenuItem(int MenuIndex, WideView Name, int Kind, WideView Text) {
     if (!MenuInRange(MenuIndex)) return;
     WideString item;
     item.reserve(Name.size() + 3 + Text.size());
     item.append(Name).append(u" | ").append(Text);
-    FList[std::size_t(MenuIndex)]->Items->AddObject(item, Kind);
+    FList[std::size_t(MenuIndex)]->Items->AddObjectMove(std::move(item), Kind);
 }
 
 void TMenuList::GetMenuName(int MenuIndex, WideString& Name) const {

@@ -20,7 +20,7 @@ public:
 class TMenuList {
 public:
     void AddMenu(const WideString& Name);
-    void AddMenuItem(int MenuIndex, const WideString& Name, int Kind, const WideString& Text);
+    void AddMenuItem(int MenuIndex, std::u16string_view Name, int Kind, std::u16string_view Text);
     int MenuCount() const { return int(FList.size()); }
     void GetMenuName(int MenuIndex, WideString& Name) const;
     WideString MenuName(int MenuIndex) const; // GetMenuName as a value
@@ -45,6 +45,7 @@ public:
     // The parts of a composed item: what stands before and after its first
     // "|", each trimmed of spaces. Without "|" the whole string is the name.
     static WideString ItemLeft(const WideString& Item);
+    static std::u16string_view ItemLeftView(const WideString& Item);
     static WideString ItemRight(const WideString& Item);
 
 private:

@@ -361,6 +361,14 @@ void TWgWideStringList::Insert(int Index, const WideString& S) {
     InsertItem(Index, S);
 }
 
+int TWgWideStringList::AddObjectMove(WideString&& S, TObjectValue Object) {
+    if (FSorted) return AddObject(S, Object);
+    const int index = GetCount();
+    InsertItemMove(index, std::move(S));
+    PutObject(index, Object);
+    return index;
+}
+
 void TWgWideStringList::SetSorted(bool Value) {
     if (FSorted == Value) return;
     if (Value) Sort();

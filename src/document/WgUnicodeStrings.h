@@ -102,6 +102,9 @@ public:
     int IndexOf(const WideString& S) const override;
     void Insert(int Index, const WideString& S) override;
 
+    // AddObject that moves the string in instead of copying it.
+    int AddObjectMove(WideString&& S, TObjectValue Object);
+
     virtual void SetSorted(bool Value);
     virtual void Changed();
     virtual void Changing();

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdlib>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 #ifdef _WIN32
 #define WIN32_LEAN_AND_MEAN
@@ -20,42 +20,57 @@ namespace {
 class TSingleByteCodePage final : public TCodePage {
 public:
     TSingleByteCodePage(int Number, const std::array<WideChar, 256>& Table)
-        : FNumber(Number), FToWide(Table) {
+        : FNumber(Number), FToWide(Table), FToByte(0x10000, -1) {
         for (int b = 255; b >= 0; --b)
-            FToByte[FToWide[std::size_t(b)]] = char(b); // the lowest byte wins
+            FToByte[FToWide[std::size_t(b)]] = std::int16_t(b); // the lowest byte wins
+        FSplitsOnBytes = FToWide[10] == 10 && FToWide[13] == 13;
+        for (int b = 0; b < 0x80; ++b)
+            if (FToByte[std::size_t(b)] != b) FAsciiIdentity = false;
+        for (int b = 0; b < 256; ++b)
+            if (b != 10 && b != 13 &&
+                (FToWide[std::size_t(b)] == 10 || FToWide[std::size_t(b)] == 13))
+                FSplitsOnBytes = false;
     }
     int Number() const override { return FNumber; }
     WideString Decode(std::string_view Bytes) const override {
-        WideString out(Bytes.size(), u'\0');
-        for (std::size_t i = 0; i < Bytes.size(); ++i)
-            out[i] = FToWide[std::uint8_t(Bytes[i])];
+        WideString out;
+        DecodeTo(Bytes, out);
         return out;
     }
+    void DecodeTo(std::string_view Bytes, WideString& Out) const override {
+        Out.resize(Bytes.size());
+        for (std::size_t i = 0; i < Bytes.size(); ++i)
+            Out[i] = FToWide[std::uint8_t(Bytes[i])];
+    }
+    bool SplitsOnBytes() const override { return FSplitsOnBytes; }
     AnsiString Encode(std::u16string_view Text) const override {
-        AnsiString out;
-        out.reserve(Text.size());
+        AnsiString out(Text.size(), '\0');
+        std::size_t n = 0;
         for (std::size_t i = 0; i < Text.size(); ++i) {
-            WideChar c = Text[i];
-            if (c < 0x80) { // every supported single-byte page keeps ASCII
-                out.push_back(char(c));
+            const WideChar c = Text[i];
+            if (c < 0x80 && FAsciiIdentity) {
+                out[n++] = char(c);
                 continue;
             }
-            auto it = FToByte.find(c);
-            if (it != FToByte.end()) {
-                out.push_back(it->second);
+            const std::int16_t b = FToByte[c];
+            if (b >= 0) {
+                out[n++] = char(b);
                 continue;
             }
             if (IsHighSurrogate(c) && i + 1 < Text.size() && IsLowSurrogate(Text[i + 1]))
                 ++i; // a pair stands for one character and gives one "?"
-            out.push_back('?');
+            out[n++] = '?';
         }
+        out.resize(n);
         return out;
     }
 
 private:
     int FNumber;
     std::array<WideChar, 256> FToWide;
-    std::unordered_map<WideChar, char> FToByte;
+    std::vector<std::int16_t> FToByte; // byte for each UTF-16 unit, or -1
+    bool FSplitsOnBytes = false;
+    bool FAsciiIdentity = true;
 };
 
 std::array<WideChar, 256> Windows1252Table() {
@@ -74,6 +89,10 @@ class TUtf8CodePage final : public TCodePage {
 public:
     int Number() const override { return 65001; }
     WideString Decode(std::string_view Bytes) const override { return DecodeUtf8Lenient(Bytes); }
+    void DecodeTo(std::string_view Bytes, WideString& Out) const override {
+        DecodeUtf8LenientTo(Bytes, Out);
+    }
+    bool SplitsOnBytes() const override { return true; }
     AnsiString Encode(std::u16string_view Text) const override {
         WideString clean(Text);
         for (std::size_t i = 0; i < clean.size(); ++i) {

@@ -18,6 +18,12 @@ public:
     virtual int Number() const = 0;
     virtual WideString Decode(std::string_view Bytes) const = 0;
     virtual AnsiString Encode(std::u16string_view Text) const = 0;
+    // Decodes into Out, reusing its storage.
+    virtual void DecodeTo(std::string_view Bytes, WideString& Out) const { Out = Decode(Bytes); }
+    // True when the bytes 13 and 10 decode to carriage return and line feed
+    // and nothing else decodes to either, so narrow text can be split into
+    // lines before it is decoded.
+    virtual bool SplitsOnBytes() const { return false; }
 };
 
 // The code page with this Windows number, or null when the platform cannot

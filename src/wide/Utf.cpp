@@ -18,6 +18,12 @@ void AppendCodePoint(WideString& Out, std::uint32_t Cp) {
 
 WideString DecodeUtf8Lenient(std::string_view Bytes) {
     WideString out;
+    DecodeUtf8LenientTo(Bytes, out);
+    return out;
+}
+
+void DecodeUtf8LenientTo(std::string_view Bytes, WideString& out) {
+    out.clear();
     out.reserve(Bytes.size());
     const auto* s = reinterpret_cast<const unsigned char*>(Bytes.data());
     const std::size_t n = Bytes.size();
@@ -65,7 +71,6 @@ WideString DecodeUtf8Lenient(std::string_view Bytes) {
             out.push_back(Replacement); // one U+FFFD for the whole broken prefix
         i = j;
     }
-    return out;
 }
 
 std::string EncodeUtf8Lenient(std::u16string_view Text) {

@@ -8,6 +8,7 @@
 // Lenient UTF-8 decoding: each maximal ill-formed subsequence becomes one
 // U+FFFD; a three-byte encoded surrogate decodes to that surrogate unit.
 WideString DecodeUtf8Lenient(std::string_view Bytes);
+void DecodeUtf8LenientTo(std::string_view Bytes, WideString& Out); // reuses Out
 // Lenient UTF-8 encoding: a valid surrogate pair becomes one four-byte
 // sequence, a lone surrogate passes through as three bytes.
 std::string EncodeUtf8Lenient(std::u16string_view Text);

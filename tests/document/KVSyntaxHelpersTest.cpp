@@ -46,10 +46,13 @@ TEST(SyntaxLineHelpers, OptionKeyAndValue) {
 TEST(SyntaxLineHelpers, KeywordAndHintValues) {
     const TCase keywords[] = {
         {u"  \"\\<b\"", u"\\<b"}, // a backslash first inside the quotes stays
-        {u"\"a\\\"b\"", u"a\"b"}, {u"\"a\\\\b\"", u"a\\b"}, // the character after a deleted
-                                                            // backslash is kept
-        {u"x\\y", u"x\\y"},                                 // no quote: nothing is deleted
-        {u">Main", u">"},         {u"\"\"", u""},           {u"\"a\\\\\\\\\"", u"a\\\\"},
+        {u"\"a\\\"b\"", u"a\"b"},
+        {u"\"a\\\\b\"", u"a\\b"}, // the character after a deleted
+                                  // backslash is kept
+        {u"x\\y", u"x\\y"},       // no quote: nothing is deleted
+        {u">Main", u">"},
+        {u"\"\"", u""},
+        {u"\"a\\\\\\\\\"", u"a\\\\"},
     };
     for (const auto& c : keywords)
         EXPECT_EQ(GetKeywordValue(c.In), c.Out);

@@ -36,8 +36,8 @@ TSyntaxDocument Load(const std::string& Text) {
     TKVWideStringList lines;
     TMemoryStream stream(std::vector<std::uint8_t>(Text.begin(), Text.end()));
     lines.LoadFromStream(stream);
-    TKVSyntax().LoadSyntaxLines(lines, *doc.Header, *doc.Options, *doc.Blocks, *doc.Folds,
-                                *doc.AutoHint, *doc.Sample, *doc.Keywords, *doc.Tags,
+    TKVSyntax().LoadSyntaxLines(TStringListLines(lines), *doc.Header, *doc.Options, *doc.Blocks,
+                                *doc.Folds, *doc.AutoHint, *doc.Sample, *doc.Keywords, *doc.Tags,
                                 *doc.AutoComplete, *doc.TagComplete, *doc.UserMenu);
     return doc;
 }
@@ -154,10 +154,10 @@ TEST(SyntaxFile, OptionsBlocksAndFolds) {
     lines.Add(u"[Options]");
     lines.Add(u"AutoCompleteTags = y");
     EXPECT_THROW(TKVSyntax().LoadSyntaxLines(
-                     lines, *shortOptions.Header, *shortOptions.Options, *shortOptions.Blocks,
-                     *shortOptions.Folds, *shortOptions.AutoHint, *shortOptions.Sample,
-                     *shortOptions.Keywords, *shortOptions.Tags, *shortOptions.AutoComplete,
-                     *shortOptions.TagComplete, *shortOptions.UserMenu),
+                     TStringListLines(lines), *shortOptions.Header, *shortOptions.Options,
+                     *shortOptions.Blocks, *shortOptions.Folds, *shortOptions.AutoHint,
+                     *shortOptions.Sample, *shortOptions.Keywords, *shortOptions.Tags,
+                     *shortOptions.AutoComplete, *shortOptions.TagComplete, *shortOptions.UserMenu),
                  EStringListError);
 }
 

@@ -1,0 +1,67 @@
+#pragma once
+// The lines of a text file as a text-file string list reads them: the same
+// encoding detection and the same split by count. Narrow text that can be
+// split before decoding is kept as bytes and decoded a line at a time, so a
+// large file never exists twice in memory.
+
+#include "document/KVWideStrings.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// Calls Line(start, length) for each line of Data: a line runs to the next
+// carriage return or line feed or to the end; then one carriage return is
+// skipped if it stands there, then one line feed. A final line end adds no
+// empty line and a zero character stays in its line.
+template <typename Char, typename F>
+void ForEachLine(const Char* Data, std::size_t Size, F&& Line) {
+    std::size_t p = 0;
+    while (p < Size) {
+        const std::size_t start = p;
+        while (p < Size && Data[p] != Char('\r') && Data[p] != Char('\n'))
+            ++p;
+        Line(start, p - start);
+        if (p < Size && Data[p] == Char('\r')) ++p;
+        if (p < Size && Data[p] == Char('\n')) ++p;
+    }
+}
+
+// Random access to decoded lines.
+class TLineSource {
+public:
+    virtual ~TLineSource() = default;
+    virtual int Count() const = 0;
+    virtual void Line(int Index, WideString& Out) const = 0;
+};
+
+class TTextLines final : public TLineSource {
+public:
+    // Reads the rest of Stream. An empty remainder reads nothing and leaves
+    // Encoding as it was (false); a negative one raises "Invalid string
+    // header read from the stream".
+    bool Load(TStream& Stream, TTextEncoding& Encoding);
+
+    int Count() const override { return int(FStarts.size()); }
+    void Line(int Index, WideString& Out) const override;
+
+private:
+    template <typename Char> void Index(const Char* Data, std::size_t Size);
+
+    std::string FBytes; // narrow text, decoded line by line
+    WideString FWide;   // or text decoded whole
+    bool FNarrow = false;
+    bool FUtf8 = false;
+    std::vector<std::uint32_t> FStarts;
+};
+
+// The lines of a string list as a line source.
+class TStringListLines final : public TLineSource {
+public:
+    explicit TStringListLines(const TWgWideStringList& List) : FList(List) {}
+    int Count() const override { return FList.Count(); }
+    void Line(int Index, WideString& Out) const override { Out = FList.Ref(Index); }
+
+private:
+    const TWgWideStringList& FList;
+};
