@@ -150,6 +150,8 @@ WideView StripLineCommentView(WideView S) {
     std::size_t q1 = none, q2 = none, semicolon = none, slashes = none;
     for (std::size_t i = 0; i < S.size(); ++i) {
         const WideChar c = S[i];
+        if (c > u';') // all three stand below the letters
+            continue;
         if (c == Quote) {
             if (q1 == none) q1 = i;
             q2 = i;

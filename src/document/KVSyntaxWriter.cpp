@@ -27,31 +27,24 @@ WideString QuoteEscape(const WideString& S) {
     return ReplaceAll(S, u"\"", u"\\\"");
 }
 
-// Collects lines ended by CR LF and converts them to the system code page a
-// chunk at a time, so the whole text never exists twice in wide form.
+// Collects lines ended by CR LF, converted to the system code page as they
+// come, so the text never exists in wide form at all.
 class TLineSink {
 public:
+    TLineSink() : FCodePage(SystemCodePage()) {}
     void Line(WideView Text) {
-        FPending.append(Text);
-        FPending.append(u"\r\n");
-        if (FPending.size() >= 32768) Flush();
+        FCodePage.EncodeAppend(Text, FBytes);
+        FBytes += "\r\n";
     }
     void Line(WideView First, WideView Second) {
-        FPending.append(First);
+        FCodePage.EncodeAppend(First, FBytes);
         Line(Second);
     }
-    void Blank() { Line(WideView()); }
-    AnsiString Finish() {
-        Flush();
-        return std::move(FBytes);
-    }
+    void Blank() { FBytes += "\r\n"; }
+    AnsiString Finish() { return std::move(FBytes); }
 
 private:
-    void Flush() {
-        FBytes += WideToAnsi(FPending);
-        FPending.clear();
-    }
-    WideString FPending;
+    const TCodePage& FCodePage;
     AnsiString FBytes;
 };
 

@@ -79,9 +79,7 @@ bool TTextLines::Load(TStream& Stream, TTextEncoding& Encoding) {
 void TTextLines::Line(int Index, WideString& Out) const {
     const std::size_t start = FStarts[std::size_t(Index)];
     if (FNarrow) {
-        std::size_t end = start;
-        while (end < FBytes.size() && FBytes[end] != '\r' && FBytes[end] != '\n')
-            ++end;
+        const std::size_t end = LineEnd(FBytes.data(), start, FBytes.size());
         const std::string_view bytes(FBytes.data() + start, end - start);
         if (FUtf8)
             DecodeUtf8LenientTo(bytes, Out);
@@ -89,8 +87,6 @@ void TTextLines::Line(int Index, WideString& Out) const {
             SystemCodePage().DecodeTo(bytes, Out);
         return;
     }
-    std::size_t end = start;
-    while (end < FWide.size() && FWide[end] != u'\r' && FWide[end] != u'\n')
-        ++end;
+    const std::size_t end = LineEnd(FWide.data(), start, FWide.size());
     Out.assign(FWide, start, end - start);
 }

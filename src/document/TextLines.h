@@ -7,6 +7,7 @@
 #include "document/KVWideStrings.h"
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -14,13 +15,28 @@
 // carriage return or line feed or to the end; then one carriage return is
 // skipped if it stands there, then one line feed. A final line end adds no
 // empty line and a zero character stays in its line.
+// The index of the first carriage return or line feed at or after Start, or Size.
+inline std::size_t LineEnd(const char* Data, std::size_t Start, std::size_t Size) {
+    const char* from = Data + Start;
+    const std::size_t left = Size - Start;
+    const void* lf = std::memchr(from, '\n', left);
+    const std::size_t bound = lf ? std::size_t(static_cast<const char*>(lf) - from) : left;
+    const void* cr = std::memchr(from, '\r', bound);
+    return Start + (cr ? std::size_t(static_cast<const char*>(cr) - from) : bound);
+}
+
+inline std::size_t LineEnd(const char16_t* Data, std::size_t Start, std::size_t Size) {
+    while (Start < Size && Data[Start] != u'\r' && Data[Start] != u'\n')
+        ++Start;
+    return Start;
+}
+
 template <typename Char, typename F>
 void ForEachLine(const Char* Data, std::size_t Size, F&& Line) {
     std::size_t p = 0;
     while (p < Size) {
         const std::size_t start = p;
-        while (p < Size && Data[p] != Char('\r') && Data[p] != Char('\n'))
-            ++p;
+        p = LineEnd(Data, start, Size);
         Line(start, p - start);
         if (p < Size && Data[p] == Char('\r')) ++p;
         if (p < Size && Data[p] == Char('\n')) ++p;

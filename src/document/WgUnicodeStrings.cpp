@@ -395,7 +395,10 @@ void TWgWideStringList::InsertItem(int Index, const WideString& S) {
 void TWgWideStringList::InsertItemMove(int Index, WideString&& S) {
     Changing();
     if (GetCount() == FCapacity) Grow();
-    FList.insert(FList.begin() + Index, TEntry{std::move(S), 0});
+    if (Index == GetCount())
+        FList.push_back(TEntry{std::move(S), 0});
+    else
+        FList.insert(FList.begin() + Index, TEntry{std::move(S), 0});
     Changed();
 }
 

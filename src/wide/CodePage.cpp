@@ -44,25 +44,35 @@ public:
     }
     bool SplitsOnBytes() const override { return FSplitsOnBytes; }
     AnsiString Encode(std::u16string_view Text) const override {
-        AnsiString out(Text.size(), '\0');
+        AnsiString out;
+        EncodeAppend(Text, out);
+        return out;
+    }
+    void EncodeAppend(std::u16string_view Text, AnsiString& Out) const override {
+        const std::size_t base = Out.size();
+        Out.resize(base + Text.size());
+        char* dest = Out.data() + base;
+        const WideChar* src = Text.data();
+        const std::size_t size = Text.size();
         std::size_t n = 0;
-        for (std::size_t i = 0; i < Text.size(); ++i) {
-            const WideChar c = Text[i];
-            if (c < 0x80 && FAsciiIdentity) {
-                out[n++] = char(c);
-                continue;
+        for (std::size_t i = 0; i < size; ++i) {
+            if (FAsciiIdentity) {
+                // The common case: a run of ASCII copies straight through.
+                while (i < size && src[i] < 0x80)
+                    dest[n++] = char(src[i++]);
+                if (i == size) break;
             }
+            const WideChar c = src[i];
             const std::int16_t b = FToByte[c];
             if (b >= 0) {
-                out[n++] = char(b);
+                dest[n++] = char(b);
                 continue;
             }
-            if (IsHighSurrogate(c) && i + 1 < Text.size() && IsLowSurrogate(Text[i + 1]))
+            if (IsHighSurrogate(c) && i + 1 < size && IsLowSurrogate(src[i + 1]))
                 ++i; // a pair stands for one character and gives one "?"
-            out[n++] = '?';
+            dest[n++] = '?';
         }
-        out.resize(n);
-        return out;
+        Out.resize(base + n);
     }
 
 private:

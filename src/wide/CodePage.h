@@ -18,6 +18,10 @@ public:
     virtual int Number() const = 0;
     virtual WideString Decode(std::string_view Bytes) const = 0;
     virtual AnsiString Encode(std::u16string_view Text) const = 0;
+    // Encodes and appends to Out.
+    virtual void EncodeAppend(std::u16string_view Text, AnsiString& Out) const {
+        Out += Encode(Text);
+    }
     // Decodes into Out, reusing its storage.
     virtual void DecodeTo(std::string_view Bytes, WideString& Out) const { Out = Decode(Bytes); }
     // True when the bytes 13 and 10 decode to carriage return and line feed
