@@ -7,6 +7,8 @@
 #include "base/Strings.h"
 #include "wide/CodePage.h"
 
+#include <vector>
+
 namespace {
 
 const WideString BannerLine = u"{*************************************************************}";
@@ -28,24 +30,31 @@ WideString QuoteEscape(const WideString& S) {
 }
 
 // Collects lines ended by CR LF, converted to the system code page as they
-// come, so the text never exists in wide form at all.
+// come, in chunks of about a megabyte, so that a large text never exists in
+// wide form and never sits in a buffer twice its size.
 class TLineSink {
 public:
-    TLineSink() : FCodePage(SystemCodePage()) {}
+    TLineSink() : FCodePage(SystemCodePage()) { FChunks.emplace_back().reserve(ChunkSize); }
     void Line(WideView Text) {
-        FCodePage.EncodeAppend(Text, FBytes);
-        FBytes += "\r\n";
+        FCodePage.EncodeAppend(Text, FChunks.back());
+        EndLine();
     }
     void Line(WideView First, WideView Second) {
-        FCodePage.EncodeAppend(First, FBytes);
+        FCodePage.EncodeAppend(First, FChunks.back());
         Line(Second);
     }
-    void Blank() { FBytes += "\r\n"; }
-    AnsiString Finish() { return std::move(FBytes); }
+    void Blank() { EndLine(); }
+    const std::vector<AnsiString>& Chunks() const { return FChunks; }
 
 private:
+    static constexpr std::size_t ChunkSize = 1 << 20;
+    void EndLine() {
+        FChunks.back() += "\r\n";
+        if (FChunks.back().size() >= ChunkSize - 4096) FChunks.emplace_back().reserve(ChunkSize);
+    }
+
     const TCodePage& FCodePage;
-    AnsiString FBytes;
+    std::vector<AnsiString> FChunks;
 };
 
 class TSyntaxWriter {
@@ -194,15 +203,14 @@ private:
 
 } // namespace
 
-AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
-                                     const TWgWideStringList& Options,
-                                     const TWgWideStringList& Blocks,
-                                     const TWgWideStringList& Folds,
-                                     const TWgWideStringList& AutoHint,
-                                     const TWgWideStringList& Sample, const TMenuList& Keywords,
-                                     const TMenuList& Tags, const TMenuList& AutoComplete,
-                                     const TMenuList& TagComplete, const TMenuList& UserMenu) {
-    TLineSink sink;
+namespace {
+
+void BuildSyntaxText(TLineSink& sink, const TWgWideStringList& Header,
+                     const TWgWideStringList& Options, const TWgWideStringList& Blocks,
+                     const TWgWideStringList& Folds, const TWgWideStringList& AutoHint,
+                     const TWgWideStringList& Sample, const TMenuList& Keywords,
+                     const TMenuList& Tags, const TMenuList& AutoComplete,
+                     const TMenuList& TagComplete, const TMenuList& UserMenu) {
     TSyntaxWriter w(sink);
     w.Banner(Header);
     w.Blank();
@@ -223,7 +231,25 @@ AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
     w.Completion(AutoComplete, u"[AutoComplete]");
     w.Completion(TagComplete, u"[TagComplete]");
     w.SampleText(Sample);
-    return sink.Finish();
+}
+
+} // namespace
+
+AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
+                                     const TWgWideStringList& Options,
+                                     const TWgWideStringList& Blocks,
+                                     const TWgWideStringList& Folds,
+                                     const TWgWideStringList& AutoHint,
+                                     const TWgWideStringList& Sample, const TMenuList& Keywords,
+                                     const TMenuList& Tags, const TMenuList& AutoComplete,
+                                     const TMenuList& TagComplete, const TMenuList& UserMenu) {
+    TLineSink sink;
+    BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
+                    AutoComplete, TagComplete, UserMenu);
+    AnsiString text;
+    for (const auto& chunk : sink.Chunks())
+        text += chunk;
+    return text;
 }
 
 void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStringList& Options,
@@ -232,8 +258,11 @@ void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStr
                                const TMenuList& Keywords, const TMenuList& Tags,
                                const TMenuList& AutoComplete, const TMenuList& TagComplete,
                                const TMenuList& UserMenu, const AnsiString& FileName) {
-    const AnsiString bytes = SaveSyntaxText(Header, Options, Blocks, Folds, AutoHint, Sample,
-                                            Keywords, Tags, AutoComplete, TagComplete, UserMenu);
+    // Built in memory first: a file that cannot be created stays as it was.
+    TLineSink sink;
+    BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
+                    AutoComplete, TagComplete, UserMenu);
     TFileStream stream(FileName, fmCreate);
-    stream.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
+    for (const auto& chunk : sink.Chunks())
+        stream.WriteBuffer(chunk.data(), std::int64_t(chunk.size()));
 }

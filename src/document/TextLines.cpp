@@ -14,11 +14,14 @@ constexpr std::uint16_t MarkBE = 65534; // the bytes 254, 255
 } // namespace
 
 template <typename Char> void TTextLines::Index(const Char* Data, std::size_t Size) {
+    // Counted first, so the offsets take exactly the memory they need.
+    std::size_t count = 0;
+    ForEachLine(Data, Size, [&count](std::size_t, std::size_t) { ++count; });
     FStarts.clear();
+    FStarts.reserve(count);
     ForEachLine(Data, Size, [this](std::size_t Start, std::size_t) {
         FStarts.push_back(std::uint32_t(Start));
     });
-    FStarts.shrink_to_fit();
 }
 
 bool TTextLines::Load(TStream& Stream, TTextEncoding& Encoding) {
