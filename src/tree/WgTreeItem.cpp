@@ -93,7 +93,8 @@ int TWgTreeItem::VisIndex() const {
     const auto& all = FOwner->AllList();
     const bool filter = FOwner->FilteredVisibility();
     int count = 0;
-    for (int i = 0; i < target;) {
+    int i = 0;
+    while (i < target) {
         const TWgTreeItem* item = all.At(i);
         if (filter && item->Hidden()) {
             i = FOwner->SubtreeEnd(i);
@@ -102,7 +103,8 @@ int TWgTreeItem::VisIndex() const {
         ++count;
         i = item->Expanded() ? i + 1 : FOwner->SubtreeEnd(i);
     }
-    return count;
+    // Jumping past the item means it lies in a collapsed or hidden subtree.
+    return i == target ? count : -1;
 }
 
 int TWgTreeItem::SubCount() const {
