@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 class ElzhException : public Exception {
@@ -145,48 +146,58 @@ private:
 
 // ---- decoder, inline so that the byte source and sink compile into it
 
-template <class TRead> inline void TLZH::FillBits(TRead& Read) {
-    while (getlen < 9) {
-        std::uint8_t b = 0;
-        int actual = 0;
-        Read(&b, 1, actual);
-        if (actual != 1) b = 0; // past the end the input reads as zero bits
-        getbuf = std::uint16_t(getbuf | (unsigned(b) << (8 - getlen)));
-        getlen = std::uint8_t(getlen + 8);
+// The bit buffer of the decoder with the coder's refill rule: one byte at a
+// time while fewer than nine bits are left, a missing byte reading as zero
+// bits. It lives in locals during a run so that the compiler can keep it in
+// registers; getbuf and getlen receive it at the end.
+template <class TRead> struct TLzhBits {
+    TRead& Read;
+    std::uint32_t Buf; // next bit in bit 31
+    unsigned Len;
+    inline void Fill() {
+        while (Len < 9) {
+            std::uint8_t b = 0;
+            int actual = 0;
+            Read(&b, 1, actual);
+            if (actual != 1) b = 0; // past the end the input reads as zero bits
+            Buf |= std::uint32_t(b) << (24 - Len);
+            Len += 8;
+        }
     }
-}
+};
 
-template <class TRead> inline int TLZH::GetBit(TRead& Read) {
-    FillBits(Read);
-    int bit = getbuf >> 15;
-    getbuf = std::uint16_t(getbuf << 1);
-    --getlen;
+template <class TRead> inline int TLZH::GetBit(TRead& Bits) {
+    Bits.Fill();
+    int bit = int(Bits.Buf >> 31);
+    Bits.Buf <<= 1;
+    --Bits.Len;
     return bit;
 }
 
-template <class TRead> inline int TLZH::GetByte(TRead& Read) {
-    FillBits(Read);
-    int byte = getbuf >> 8;
-    getbuf = std::uint16_t(getbuf << 8);
-    getlen = std::uint8_t(getlen - 8);
+template <class TRead> inline int TLZH::GetByte(TRead& Bits) {
+    Bits.Fill();
+    int byte = int(Bits.Buf >> 24);
+    Bits.Buf <<= 8;
+    Bits.Len -= 8;
     return byte;
 }
 
-template <class TRead> inline int TLZH::DecodeChar(TRead& Read) {
-    unsigned c = son[Lzh::R];
+template <class TRead> inline int TLZH::DecodeChar(TRead& Bits) {
+    const std::uint16_t* sn = son.get();
+    unsigned c = sn[Lzh::R];
     while (c < unsigned(Lzh::T))
-        c = son[c + GetBit(Read)];
+        c = sn[c + unsigned(GetBit(Bits))];
     c -= Lzh::T;
     Update(int(c));
     return int(c);
 }
 
-template <class TRead> inline int TLZH::DecodePosition(TRead& Read) {
-    unsigned i = unsigned(GetByte(Read));
+template <class TRead> inline int TLZH::DecodePosition(TRead& Bits) {
+    unsigned i = unsigned(GetByte(Bits));
     unsigned c = unsigned(Lzh::PositionTables.d_code[i]) << 6;
     int j = Lzh::PositionTables.d_len[i] - 2;
     while (j--)
-        i = (i << 1) + unsigned(GetBit(Read));
+        i = (i << 1) + unsigned(GetBit(Bits));
     return int(c | (i & 0x3F));
 }
 
@@ -197,9 +208,10 @@ void TLZH::LZHUnpack(std::int32_t TextSize, TWrite&& Write, TRead&& Read) {
     std::memset(text_buf.get(), 0x20, Lzh::RingStart);
     unsigned r = Lzh::RingStart;
     std::uint8_t* ring = text_buf.get();
+    TLzhBits<std::remove_reference_t<TRead>> bits{Read, std::uint32_t(getbuf) << 16, getlen};
     int actual = 0;
     for (std::int64_t count = 0; count < TextSize;) {
-        int c = DecodeChar(Read);
+        int c = DecodeChar(bits);
         if (c < 256) {
             std::uint8_t b = std::uint8_t(c);
             Write(&b, 1, actual);
@@ -207,7 +219,7 @@ void TLZH::LZHUnpack(std::int32_t TextSize, TWrite&& Write, TRead&& Read) {
             r = (r + 1) & (Lzh::N - 1);
             ++count;
         } else {
-            unsigned i = (r - unsigned(DecodePosition(Read) + 1)) & (Lzh::N - 1);
+            unsigned i = (r - unsigned(DecodePosition(bits) + 1)) & (Lzh::N - 1);
             int j = c - 255 + Lzh::THRESHOLD;
             // The whole match is copied even when it runs past TextSize: the
             // declared size is a lower bound, as the format has always had it.
@@ -220,23 +232,40 @@ void TLZH::LZHUnpack(std::int32_t TextSize, TWrite&& Write, TRead&& Read) {
             }
         }
     }
+    getbuf = std::uint16_t(bits.Buf >> 16);
+    getlen = std::uint8_t(bits.Len);
     FreeLZH();
 }
 
-inline void TLZH::Update(int c) {
-    using namespace Lzh;
-    std::uint16_t* fr = freq.get();
-    std::uint16_t* pr = prnt.get();
-    std::uint16_t* sn = son.get();
-    if (fr[R] == MAX_FREQ) Reconst();
+namespace Lzh {
+// One step of the adaptive code: the counts on the path from the symbol's
+// leaf to the root go up by one, and a node that now outweighs its right
+// neighbours trades places with the last of them.
+inline void UpdateTree(std::uint16_t* __restrict fr, std::uint16_t* __restrict pr,
+                       std::uint16_t* __restrict sn, int c) {
     c = pr[c + T];
     do {
         unsigned k = ++fr[c];
         int l = c + 1;
         if (k > fr[l]) {
-            while (k > fr[++l]) {
+            // The counts rise along the slots (the sentinel at T ends them), so
+            // the last slot below k is found by galloping and halving instead
+            // of one step at a time: the same slot, far fewer reads when many
+            // counts are equal.
+            int lo = l, step = 1, hi = l + 1;
+            while (hi < T && k > fr[hi]) {
+                lo = hi;
+                step <<= 1;
+                hi = lo + step < T ? lo + step : T;
             }
-            --l;
+            while (hi - lo > 1) {
+                int mid = (lo + hi) >> 1;
+                if (k > fr[mid])
+                    lo = mid;
+                else
+                    hi = mid;
+            }
+            l = lo;
             fr[c] = fr[l];
             fr[l] = std::uint16_t(k);
             int i = sn[c];
@@ -250,6 +279,12 @@ inline void TLZH::Update(int c) {
             c = l;
         }
     } while ((c = pr[c]) != 0);
+}
+} // namespace Lzh
+
+inline void TLZH::Update(int c) {
+    if (freq[Lzh::R] == Lzh::MAX_FREQ) Reconst();
+    Lzh::UpdateTree(freq.get(), prnt.get(), son.get(), c);
 }
 
 // One-shot helpers on the outer frame: a signed 32-bit little-endian length,
