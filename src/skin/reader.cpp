@@ -117,3 +117,28 @@ void TSkinReader::GetFileByPart(const AnsiString& Part, TMemoryStream& Target,
         offset += FileSizes[std::size_t(i)];
     }
 }
+
+std::vector<std::uint8_t> BuildSkinImage(const std::vector<TSkinMember>& Members) {
+    std::vector<std::uint8_t> out;
+    auto put32 = [&out](std::uint32_t v) {
+        for (int i = 0; i < 4; ++i)
+            out.push_back(std::uint8_t(v >> (8 * i)));
+    };
+    AnsiString names;
+    for (const TSkinMember& m : Members)
+        names += m.Name + "\r\n";
+    put32(std::uint32_t(SkinFormatMark));
+    put32(std::uint32_t(names.size()));
+    put32(0); // the two reserved words are left 0
+    put32(0);
+    out.insert(out.end(), names.begin(), names.end());
+    for (const TSkinMember& m : Members)
+        put32(std::uint32_t(m.Bytes.size()));
+    for (const TSkinMember& m : Members)
+        out.insert(out.end(), m.Bytes.begin(), m.Bytes.end());
+    return out;
+}
+
+std::vector<std::uint8_t> PackSkinFile(const std::vector<TSkinMember>& Members) {
+    return LzhCompressFrame(BuildSkinImage(Members));
+}

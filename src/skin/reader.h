@@ -51,6 +51,16 @@ private:
     void CopyMember(int Index, std::int64_t Offset, TMemoryStream& Target) const;
 };
 
+// Our packer's side of the format: members in order, names as given.
+struct TSkinMember {
+    AnsiString Name;
+    std::vector<std::uint8_t> Bytes;
+};
+// The expanded image (mark, name text with CR LF ends, sizes, members).
+std::vector<std::uint8_t> BuildSkinImage(const std::vector<TSkinMember>& Members);
+// The file: the image compressed in an outer frame.
+std::vector<std::uint8_t> PackSkinFile(const std::vector<TSkinMember>& Members);
+
 // Splits text into lines at CR, LF or CR LF as the string lists do: a line
 // end at the very end adds no empty line, and a zero byte ends the text.
 std::vector<AnsiString> SplitListText(std::string_view Text);
