@@ -169,6 +169,43 @@ TDataSkinBorder* TSkinDataModel::Borders(int Index) const {
     }
 }
 
+std::vector<std::pair<const char*, const TDataSkinObject*>> TSkinDataModel::Objects() const {
+    return {{"Title", Title.get()},
+            {"Buttons", Buttons.get()},
+            {"Progress", Progress.get()},
+            {"ProgressChunk", ProgressChunk.get()},
+            {"MenuBar", MenuBar.get()},
+            {"GroupBoxEdge", GroupBoxEdge.get()},
+            {"GroupBox", GroupBox.get()},
+            {"Tabs", Tabs.get()},
+            {"StatusBarEdges", StatusBarEdges.get()},
+            {"TabPane", TabPane.get()},
+            {"ToolBars", ToolBars.get()},
+            {"ComboButton", ComboButton.get()},
+            {"SunkEdge", SunkEdge.get()},
+            {"ExtraImages", ExtraImages.get()},
+            {"Headerbar", Headerbar.get()},
+            {"MenuItem", MenuItem.get()},
+            {"MenuBackground", MenuBackground.get()},
+            {"ScrollbarMap", ScrollbarMap.get()},
+            {"HorzScroll", HorzScroll.get()},
+            {"VertScroll", VertScroll.get()},
+            {"HorzScrollThumb", HorzScrollThumb.get()},
+            {"VertScrollThumb", VertScrollThumb.get()},
+            {"ThumbHorz", ThumbHorz.get()},
+            {"ThumbVert", ThumbVert.get()},
+            {"ThumbLeft", ThumbLeft.get()},
+            {"ThumbRight", ThumbRight.get()},
+            {"ThumbUp", ThumbUp.get()},
+            {"ThumbDown", ThumbDown.get()},
+            {"UpDownHorz", UpDownHorz.get()},
+            {"UpDownVert", UpDownVert.get()},
+            {"Track", Track.get()},
+            {"TrackVert", TrackVert.get()},
+            {"ComboxArrow", ComboxArrow.get()},
+            {"Toolbar", Toolbar.get()}};
+}
+
 void TSkinDataModel::SetSkinFile(const AnsiString& Value) {
     Empty = true;
     FSkinFile = Value;

@@ -217,6 +217,10 @@ public:
     // Borders 1 to 4: Left, Right, Top, Bottom.
     std::unique_ptr<TDataSkinBorder> Left, Right, Top, Bottom;
     TDataSkinBorder* Borders(int Index) const;
+    // Every object reference of the model by its field name, in the order
+    // they are read (Title and Buttons first, then the table objects, then
+    // the derived ones); absent objects are null.
+    std::vector<std::pair<const char*, const TDataSkinObject*>> Objects() const;
     std::array<TColor, 10> CustomColors{};
     AnsiString SkinName;
 
