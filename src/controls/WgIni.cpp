@@ -695,7 +695,10 @@ void TWgIniFile::LoadFromText(const AnsiString& Text) {
             name = TrimAnsi(line.substr(0, nameEnd));
             value = line.substr(nameEnd + 1, valueEnd - nameEnd - 1);
         }
-        if (name.empty()) name = "#" + std::to_string(++bareLines);
+        if (name.empty()) {
+            name = "#"; // appended in two steps: the one-step form trips a false warning
+            name += std::to_string(++bareLines);
+        }
 
         std::size_t open =
             name.size() > 2 && name.back() == ']' ? name.rfind('[') : AnsiString::npos;
