@@ -222,7 +222,7 @@ private:
     std::uint32_t LastAlignment() const;
     void RemoveBlankSinceBreak();
     void RemoveTrailingHardBreak();
-    void Add(std::unique_ptr<TWgHTMLItem> Item) { FItems.Add(Item.release()); }
+    void Add(std::unique_ptr<TWgHTMLItem> Item);
     std::unique_ptr<TWgHTMLItem> NewTextItem(const TWgHTMLItem& Style) {
         auto item = std::make_unique<TWgHTMLItem>(&FData);
         item->AssignStyle(Style);
@@ -241,7 +241,29 @@ private:
     std::unique_ptr<TWgHTMLItem> FCur;
     std::vector<TFontRecord> FStack;
     int FListLevel = 0;
+    // The width of the items since the last break and that break, kept up
+    // as items are added so that a wrap test does not walk the whole line;
+    // a removal from the list makes the next test count afresh.
+    bool FLineValid = false;
+    long long FLineSum = 0;
+    TWgHTMLItem* FLineBreak = nullptr;
+    // The last item that is not a link, for the style after "/a"; kept up the same way.
+    bool FPlainValid = true;
+    TWgHTMLItem* FLastPlain = nullptr;
 };
+
+void THTMLParser::Add(std::unique_ptr<TWgHTMLItem> Item) {
+    TWgHTMLItem* item = Item.get();
+    FItems.Add(Item.release());
+    if (!(item->Flags & hifLink)) FLastPlain = item;
+    if (!FLineValid) return;
+    if (item->IsBreak()) {
+        FLineBreak = item;
+        FLineSum = 0;
+    } else {
+        FLineSum += item->GetWidth();
+    }
+}
 
 bool Has(const TAttributes& A, const char16_t* Name) {
     for (const auto& [name, value] : A)
@@ -335,17 +357,21 @@ void THTMLParser::TakeChar(char16_t C) {
 }
 
 void THTMLParser::CheckWrap() {
-    long long width = FCur->GetWidth();
-    int indent = 0;
-    for (int i = FItems.Count() - 1; i >= 0; --i) {
-        TWgHTMLItem* item = FItems[i];
-        if (item->IsBreak()) {
-            indent = item->Indent;
-            break;
+    if (!FLineValid) {
+        FLineSum = 0;
+        FLineBreak = nullptr;
+        for (int i = FItems.Count() - 1; i >= 0; --i) {
+            TWgHTMLItem* item = FItems[i];
+            if (item->IsBreak()) {
+                FLineBreak = item;
+                break;
+            }
+            FLineSum += item->GetWidth();
         }
-        width += item->GetWidth();
+        FLineValid = true;
     }
-    if (width + indent > FMaxWidth) Wrap();
+    long long width = FCur->GetWidth() + FLineSum + (FLineBreak ? FLineBreak->Indent : 0);
+    if (width > FMaxWidth) Wrap();
 }
 
 void THTMLParser::Wrap() {
@@ -469,13 +495,18 @@ void THTMLParser::RemoveBlankSinceBreak() {
     }
     if (i < 0 || (FItems[i]->ItemType != hitSoftBreak && FItems[i]->ItemType != hitHardBreak))
         return;
+    FLineValid = false;
+    FPlainValid = false;
     while (FItems.Count() - 1 > i)
         FItems.Delete(FItems.Count() - 1);
 }
 
 void THTMLParser::RemoveTrailingHardBreak() {
-    if (FItems.Count() > 0 && FItems.Last()->ItemType == hitHardBreak)
+    if (FItems.Count() > 0 && FItems.Last()->ItemType == hitHardBreak) {
+        FLineValid = false;
+        FPlainValid = false;
         FItems.Delete(FItems.Count() - 1);
+    }
 }
 
 void THTMLParser::ApplySize(WideView Size) {
@@ -589,14 +620,14 @@ void THTMLParser::HandleTag(const WideString& Name, const TAttributes& A) {
     } else if (Name == u"/a") {
         cur.Flags &= ~hifLink;
         cur.LinkRef.clear();
-        cur.FontStyle = FData.DefaultStyle;
-        cur.FontColor = FData.DefaultColor;
-        for (int i = FItems.Count() - 1; i >= 0; --i)
-            if (!(FItems[i]->Flags & hifLink)) {
-                cur.FontStyle = FItems[i]->FontStyle;
-                cur.FontColor = FItems[i]->FontColor;
-                break;
-            }
+        if (!FPlainValid) {
+            FLastPlain = nullptr;
+            for (int i = FItems.Count() - 1; i >= 0 && !FLastPlain; --i)
+                if (!(FItems[i]->Flags & hifLink)) FLastPlain = FItems[i];
+            FPlainValid = true;
+        }
+        cur.FontStyle = FLastPlain ? FLastPlain->FontStyle : FData.DefaultStyle;
+        cur.FontColor = FLastPlain ? FLastPlain->FontColor : FData.DefaultColor;
     } else if (Name == u"hr") {
         std::uint32_t align = LastAlignment();
         AddBreak(hitHardBreak)->Alignment = align;

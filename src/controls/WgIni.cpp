@@ -164,11 +164,45 @@ void AppendString32(TWgByteArray& Out, const AnsiString& S) {
 // ---------------------------------------------------------------- entries
 
 TWgIniEntry::TWgIniEntry() {
-    Children.OnDelete = [](TWgList<TWgIniEntry>&, TWgIniEntry* Child) { delete Child; };
+    Children.OnDelete = [this](TWgList<TWgIniEntry>&, TWgIniEntry* Child) {
+        if (FIndexedCount >= 0) {
+            auto range = FIndex.equal_range(Child->FNameHash);
+            for (auto it = range.first; it != range.second; ++it)
+                if (it->second == Child) {
+                    FIndex.erase(it);
+                    --FIndexedCount;
+                    break;
+                }
+        }
+        delete Child;
+    };
 }
 
 TWgIniEntry::~TWgIniEntry() {
+    FIndexedCount = -1;
     Children.Clear();
+}
+
+int TWgIniEntry::Depth() const {
+    int depth = 0;
+    for (const TWgIniEntry* e = FParent; e; e = e->FParent)
+        ++depth;
+    return depth;
+}
+
+void TWgIniEntry::EnsureIndex() const {
+    if (Children.Count() <= 8) {
+        if (FIndexedCount >= 0) {
+            FIndex.clear();
+            FIndexedCount = -1;
+        }
+        return;
+    }
+    if (FIndexedCount == Children.Count()) return;
+    FIndex.clear();
+    for (TWgIniEntry* child : Children.Items())
+        FIndex.emplace(child->FNameHash, child);
+    FIndexedCount = Children.Count();
 }
 
 void TWgIniEntry::SetParent(TWgIniEntry* Value) {
@@ -208,6 +242,10 @@ std::uint32_t TWgIniEntry::HashName(const AnsiString& Name) {
 void TWgIniEntry::SetValueName(const AnsiString& Value) {
     FValueName = Value;
     FNameHash = HashName(Value);
+    if (FParent) {
+        FParent->FIndex.clear();
+        FParent->FIndexedCount = -1;
+    }
 }
 
 void TWgIniEntry::SetBool(bool Value) {
@@ -239,23 +277,35 @@ void TWgIniEntry::SetFloat(double Value) {
     FFloat = Value;
 }
 
-TWgIniEntry* TWgIniEntry::FindChild(const AnsiString& Name) const {
+template <typename TMatch>
+TWgIniEntry* TWgIniEntry::Find(const AnsiString& Name, TMatch&& Match) const {
     std::uint32_t hash = HashName(Name);
-    TWgIniEntry* value = nullptr;
-    for (TWgIniEntry* child : Children.Items())
-        if (child->FNameHash == hash && SameName(child->FValueName, Name)) {
-            if (child->IsKey) return child;
-            if (!value) value = child;
-        }
-    return value;
+    EnsureIndex();
+    if (FIndexedCount < 0) {
+        for (TWgIniEntry* child : Children.Items())
+            if (child->FNameHash == hash && SameName(child->FValueName, Name) && Match(child))
+                return child;
+        return nullptr;
+    }
+    // Among equal names the earliest in the list wins, as in the scan above.
+    TWgIniEntry* best = nullptr;
+    auto range = FIndex.equal_range(hash);
+    for (auto it = range.first; it != range.second; ++it) {
+        TWgIniEntry* child = it->second;
+        if (!SameName(child->FValueName, Name) || !Match(child)) continue;
+        if (best && Children.IndexOf(child) > Children.IndexOf(best)) continue;
+        best = child;
+    }
+    return best;
+}
+
+TWgIniEntry* TWgIniEntry::FindChild(const AnsiString& Name) const {
+    TWgIniEntry* key = Find(Name, [](TWgIniEntry* E) { return E->IsKey; });
+    return key ? key : Find(Name, [](TWgIniEntry*) { return true; });
 }
 
 TWgIniEntry* TWgIniEntry::FindValue(const AnsiString& Name) const {
-    std::uint32_t hash = HashName(Name);
-    for (TWgIniEntry* child : Children.Items())
-        if (!child->IsKey && child->FNameHash == hash && SameName(child->FValueName, Name))
-            return child;
-    return nullptr;
+    return Find(Name, [](TWgIniEntry* E) { return !E->IsKey; });
 }
 
 TWgIniEntry* TWgIniEntry::AddChild(const AnsiString& Name, bool Key) {
@@ -263,7 +313,12 @@ TWgIniEntry* TWgIniEntry::AddChild(const AnsiString& Name, bool Key) {
     child->IsKey = Key;
     child->SetValueName(Name);
     child->FParent = this;
+    bool indexed = FIndexedCount >= 0 && FIndexedCount == Children.Count();
     Children.Add(child.get());
+    if (indexed) {
+        FIndex.emplace(child->FNameHash, child.get());
+        ++FIndexedCount;
+    }
     return child.release();
 }
 
@@ -336,6 +391,7 @@ bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate) {
         return Result;
     };
     if (key.empty()) return finish(true);
+    int depth = node->Depth();
     std::size_t start = 0;
     for (;;) {
         std::size_t end = key.find(FDelimiter, start);
@@ -343,7 +399,7 @@ bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate) {
         if (component.empty()) return finish(false);
         TWgIniEntry* child = node->FindChild(component);
         if (!child) {
-            if (!CanCreate) return finish(false);
+            if (!CanCreate || depth + 1 > TWgIniEntry::MaxDepth) return finish(false);
             child = node->AddChild(component, true);
             FModified = true;
         } else if (!child->IsKey) {
@@ -353,6 +409,7 @@ bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate) {
             FModified = true;
         }
         node = child;
+        ++depth;
         path += child->ValueName();
         path += delimiter;
         if (end == AnsiString::npos) break;

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 class EWgIniError : public Exception {
@@ -86,7 +87,20 @@ public:
 
     static std::uint32_t HashName(const AnsiString& Name);
 
+    // Keys nest at most this deep; deeper paths fail to open, so that no
+    // file can make the recursive writers and destructors overflow the stack.
+    static constexpr int MaxDepth = 256;
+    int Depth() const;
+
 private:
+    // Index of children by name hash, built once a key has more than a few
+    // children and kept up by AddChild and deletion. A count that does not
+    // match the list (children added to the list directly) rebuilds it.
+    void EnsureIndex() const;
+    template <typename TMatch> TWgIniEntry* Find(const AnsiString& Name, TMatch&& Match) const;
+    mutable std::unordered_multimap<std::uint32_t, TWgIniEntry*> FIndex;
+    mutable int FIndexedCount = -1;
+
     TWgIniEntry* FParent = nullptr;
     std::uint8_t FValueType = ivtNone;
     std::int32_t FInt = 0;

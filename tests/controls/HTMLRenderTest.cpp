@@ -317,6 +317,22 @@ TEST_F(HTMLRenderTest, GoldenLayouts) {
     }
 }
 
+TEST_F(HTMLRenderTest, LongInputsStayLinear) {
+    // Many items on one line, and many closing link tags after many link
+    // items: each must cost the same however long the text is.
+    std::u16string line, links = u"<a href=x>";
+    for (int i = 0; i < 50000; ++i) {
+        line += u"a<i>b</i>";
+        links += u"a<b>";
+    }
+    for (int i = 0; i < 50000; ++i)
+        links += u"</a>";
+    Render.PrepareText(line, 1 << 30, true);
+    EXPECT_EQ(Render.Data()->Items.Count(), 100001);
+    Render.PrepareText(links, 1 << 30, true);
+    EXPECT_EQ(Render.Data()->Items.Count(), 50001);
+}
+
 TEST_F(HTMLRenderTest, MutatedMarkupNeverFaults) {
     const std::u16string seeds[] = {
         u"<b>bold</b> <a href=\"x\">link</a><br><font size=+2 color=#ff0000>big</font>",

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -267,6 +268,32 @@ TEST(WgIni, FilesLazyWriteAndCallbacks) {
     EXPECT_FALSE(missing.Load());
     EXPECT_FALSE(TWgIniFile().Save());
     std::filesystem::remove(path);
+}
+
+TEST(WgIni, ManyChildrenAndDeepPaths) {
+    TWgIniFile ini;
+    for (int i = 0; i < 50; ++i)
+        ini.WriteInteger("\\K", "v" + std::to_string(i), i);
+    EXPECT_EQ(ini.ReadInteger("\\K", " V42 ", 0), 42);
+    EXPECT_TRUE(ini.DeleteValue("\\K", "v7"));
+    EXPECT_FALSE(ini.ValueExists("\\K", "v7"));
+    EXPECT_EQ(ini.ReadInteger("\\K", "v8", 0), 8);
+    ini.GetValueEntry("\\K", "v9")->SetValueName("renamed");
+    EXPECT_EQ(ini.ReadInteger("\\K", "renamed", 0), 9);
+    EXPECT_FALSE(ini.ValueExists("\\K", "v9"));
+    ini.WriteInteger("\\K", "v8", 80);
+    EXPECT_EQ(ini.ReadInteger("\\K", "v8", 0), 80);
+
+    // Keys nest at most MaxDepth deep, whatever a file asks for.
+    std::string deep;
+    for (int i = 0; i < 300; ++i)
+        deep += "\\d";
+    EXPECT_FALSE(ini.OpenKey(deep, true));
+    EXPECT_EQ(std::count(ini.CurrentPath().begin(), ini.CurrentPath().end(), '\\'),
+              TWgIniEntry::MaxDepth);
+    TWgIniFile loaded;
+    loaded.LoadFromText("[" + deep + "]\nx=1\n");
+    EXPECT_FALSE(loaded.SaveToText().find("x=1") != std::string::npos);
 }
 
 TEST(WgIni, RegistryIsNotAvailableHere) {
