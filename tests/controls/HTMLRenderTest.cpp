@@ -1,5 +1,7 @@
 #include "controls/HTMLRender.h"
 
+#include "base/BitmapCanvas.h"
+
 #include "../support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
@@ -266,6 +268,24 @@ TEST_F(HTMLRenderTest, BulletsRulesAndImages) {
                               "DrawEdge(0,22,30,24) 2 15", "Draw(0,22) 16x8 key=00FF00",
                               "StretchDraw(16,27,20,30) 16x8 key=none"}));
     EXPECT_EQ(asked.size(), 6u);
+}
+
+TEST_F(HTMLRenderTest, PixelsThroughABitmapCanvas) {
+    Render.PrepareText(u"a<hr>b", 100, false);
+    TMemoryBitmap direct(30, 30, ColorToPixel(0x404040));
+    TBitmapCanvas canvas(direct);
+    canvas.SetDoubleBuffered(false);
+    Render.DrawHtml(canvas, {0, 0}, Rect(0, 0, 30, 30), clNone);
+    // The rule's line has no height: it lies on top of the next line.
+    EXPECT_EQ(PixelToColor(direct.Pixel(10, 11)), 0x808080u);
+    EXPECT_EQ(PixelToColor(direct.Pixel(10, 12)), 0xFFFFFFu);
+    EXPECT_EQ(PixelToColor(direct.Pixel(10, 13)), 0x404040u);
+    EXPECT_EQ(PixelToColor(direct.Pixel(0, 11)), 0u) << "the text box of b covers the rule";
+
+    TMemoryBitmap buffered(30, 30, ColorToPixel(0x404040));
+    TBitmapCanvas second(buffered);
+    Render.DrawHtml(second, {0, 0}, Rect(0, 0, 30, 30), clNone);
+    EXPECT_EQ(buffered, direct);
 }
 
 TEST_F(HTMLRenderTest, FailureReleasesItemsAndRestoresCurrentData) {
