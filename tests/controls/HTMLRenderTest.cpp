@@ -383,6 +383,10 @@ TEST_F(HTMLRenderTest, MutatedMarkupNeverFaults) {
         Render.PrepareText(text, int(random() % 120), random() % 2);
         TRecordingCanvas canvas;
         Render.DrawHtml(canvas, {0, 0}, Rect(0, 0, 80, 60), 0x808080);
+        TMemoryBitmap pixels(40, 30);
+        TBitmapCanvas painter(pixels);
+        Render.DrawHtml(painter, {int(random() % 60) - 30, int(random() % 60) - 30},
+                        Rect(-10, -10, 50, 40), clNone);
         WideString href, plain;
         Render.LinkAtPoint({0, 0}, {int(random() % 80), int(random() % 60)}, Rect(0, 0, 80, 60),
                            href);
