@@ -190,10 +190,10 @@ bool ParseColor(WideView S, TColor& Color) {
     return IdentToColor(name, Color);
 }
 
-int MulDiv(int Value, int Mul, int Div) {
+long long MulDiv(int Value, int Mul, int Div) {
     long long p = (long long)Value * Mul;
     long long q = (std::llabs(p) + Div / 2) / Div;
-    return int(p < 0 ? -q : q);
+    return p < 0 ? -q : q;
 }
 
 class THTMLParser {
@@ -513,7 +513,7 @@ void THTMLParser::ApplySize(WideView Size) {
     int current = FCur->FontHeight;
     long long height;
     if (!Size.empty() && (Size[0] == u'+' || Size[0] == u'-')) {
-        int delta = MulDiv(StrToIntDef(Size, 0), FRender.PixelsPerInch(), 72);
+        long long delta = MulDiv(StrToIntDef(Size, 0), FRender.PixelsPerInch(), 72);
         long long magnitude = std::llabs((long long)current) + delta;
         height = current < 0 ? -magnitude : magnitude;
     } else {
