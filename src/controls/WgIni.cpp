@@ -900,6 +900,8 @@ void TWgIniFile::LoadFromBinary(TStream& Stream) {
 bool TWgIniFile::Load() {
     if (OnBeforeLoad) OnBeforeLoad(*this);
     if (FUseRegistry || FPath.empty()) return false;
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(FPath, error)) return false;
     std::vector<std::uint8_t> bytes;
     {
         std::FILE* file = std::fopen(FPath.c_str(), "rb");

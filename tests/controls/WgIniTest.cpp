@@ -266,6 +266,8 @@ TEST(WgIni, FilesLazyWriteAndCallbacks) {
     TWgIniFile missing;
     missing.SetPath(path + ".none");
     EXPECT_FALSE(missing.Load());
+    missing.SetPath(std::filesystem::temp_directory_path().string());
+    EXPECT_FALSE(missing.Load()) << "a folder is no store";
     EXPECT_FALSE(TWgIniFile().Save());
     std::filesystem::remove(path);
 }
