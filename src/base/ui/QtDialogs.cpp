@@ -1,0 +1,115 @@
+#include "base/ui/QtDialogs.h"
+
+#include "wide/CodePage.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace {
+
+QString Q(const WideString& S) {
+    return QString::fromStdU16String(S);
+}
+
+QString FromNarrowPath(const AnsiString& Path) {
+    return QFile::decodeName(QByteArray::fromStdString(Path));
+}
+AnsiString ToNarrowPath(const QString& Path) {
+    return QFile::encodeName(Path).toStdString();
+}
+
+bool RunFileDialog(QWidget* Parent, bool OwnWidgets, TFileDialogParams& Params, bool Save) {
+    QFileDialog dialog(Parent, Q(Params.Title));
+    dialog.setAcceptMode(Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(Save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    if (OwnWidgets) dialog.setOption(QFileDialog::DontUseNativeDialog);
+    if (!Params.OverwritePrompt) dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    const QStringList filters = ToQtNameFilters(Params.Filter);
+    dialog.setNameFilters(filters);
+    if (Params.FilterIndex >= 1 && Params.FilterIndex <= filters.size())
+        dialog.selectNameFilter(filters[Params.FilterIndex - 1]);
+    if (!Params.DefaultExt.empty()) dialog.setDefaultSuffix(Q(Params.DefaultExt));
+    if (!Params.InitialDir.empty()) dialog.setDirectory(FromNarrowPath(Params.InitialDir));
+    if (!Params.FileName.empty()) dialog.selectFile(FromNarrowPath(Params.FileName));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+    Params.FileName = ToNarrowPath(dialog.selectedFiles().first());
+    // Equal filter texts are told apart by position: the first match wins.
+    const int index = filters.indexOf(dialog.selectedNameFilter());
+    if (index >= 0) Params.FilterIndex = index + 1;
+    return true;
+}
+
+} // namespace
+
+QStringList ToQtNameFilters(const WideString& Filter) {
+    const QStringList parts = Q(Filter).split(QLatin1Char('|'));
+    QStringList result;
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        QString patterns = parts[i + 1];
+        patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
+        result << parts[i] + QStringLiteral(" (") + patterns + QLatin1Char(')');
+    }
+    return result;
+}
+
+int TQtDialogs::MessageBox(const WideString& Text, const WideString& Caption, unsigned Flags) {
+    QMessageBox box(Parent);
+    box.setWindowTitle(Q(Caption));
+    box.setText(Q(Text));
+    switch (Flags & 0xF0) {
+    case MB_ICONERROR:
+        box.setIcon(QMessageBox::Critical);
+        break;
+    case MB_ICONQUESTION:
+        box.setIcon(QMessageBox::Question);
+        break;
+    case MB_ICONWARNING:
+        box.setIcon(QMessageBox::Warning);
+        break;
+    case MB_ICONINFORMATION:
+        box.setIcon(QMessageBox::Information);
+        break;
+    default:
+        break;
+    }
+    struct {
+        unsigned Set;
+        QMessageBox::StandardButtons Buttons;
+    } sets[] = {{MB_OK, QMessageBox::Ok},
+                {MB_OKCANCEL, QMessageBox::Ok | QMessageBox::Cancel},
+                {MB_YESNOCANCEL, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel},
+                {MB_YESNO, QMessageBox::Yes | QMessageBox::No}};
+    for (const auto& s : sets)
+        if ((Flags & 0xF) == s.Set) box.setStandardButtons(s.Buttons);
+    switch (box.exec()) {
+    case QMessageBox::Ok:
+        return IDOK;
+    case QMessageBox::Yes:
+        return IDYES;
+    case QMessageBox::No:
+        return IDNO;
+    default:
+        return IDCANCEL;
+    }
+}
+
+bool TQtDialogs::InputQuery(const WideString& Caption, const WideString& Prompt,
+                            AnsiString& Value) {
+    bool ok = false;
+    const QString text = QInputDialog::getText(Parent, Q(Caption), Q(Prompt), QLineEdit::Normal,
+                                               Q(AnsiToWide(Value)), &ok);
+    if (!ok) return false;
+    // The input box is narrow: what it returns passes through the code page.
+    Value = WideToAnsi(text.toStdU16String());
+    return true;
+}
+
+bool TQtDialogs::OpenDialog(TFileDialogParams& Params) {
+    return RunFileDialog(Parent, UseOwnFileDialogs, Params, false);
+}
+
+bool TQtDialogs::SaveDialog(TFileDialogParams& Params) {
+    return RunFileDialog(Parent, UseOwnFileDialogs, Params, true);
+}
