@@ -138,8 +138,7 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
                 s->FilterEnabled = r[60] != 0;
                 s->TextLayout = r[61];
                 s->UseMainStyle = r[62] != 0;
-                if (version == -9)
-                    autoSize = r[63] != 0;
+                if (version == -9) autoSize = r[63] != 0;
             }
         } else {
             ReadCommonHead(r, *s);
@@ -157,13 +156,11 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
             s->TextLayout = r[65];
             s->UseMainStyle = r[66] != 0;
             autoSize = r[67] != 0;
-            if (version <= -11)
-                s->Tag = GetI32(r, 68);
+            if (version <= -11) s->Tag = GetI32(r, 68);
         }
         s->SetText(AnsiToWide(ReadAnsiZ(Stream)));
         s->SetFieldName(ReadAnsiZ(Stream));
-        if (hasPopup)
-            s->SetPopupName(ReadAnsiCounted(Stream));
+        if (hasPopup) s->SetPopupName(ReadAnsiCounted(Stream));
         if (hasHint)
             s->SetHint(wideHint ? ReadWideCounted(Stream) : AnsiToWide(ReadAnsiCounted(Stream)));
         s->SetAutoSizeRaw(autoSize);
@@ -173,12 +170,14 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
     for (auto& s : FList) {
         const std::int32_t parent = s->ParentIndex();
         s->SetParentIndex(-1);
-        if (parent >= 0 && parent < Count())
-            s->SetParentSection(FList[std::size_t(parent)].get());
+        if (parent >= 0 && parent < Count()) s->SetParentSection(FList[std::size_t(parent)].get());
     }
-    if (FOwner)
-        FOwner->Repaint(nullptr);
+    if (FOwner) FOwner->Repaint(nullptr);
 }
 
-void TWgHeaderSections::LoadFromStream(TStream& Stream) { IntReadData(Stream, false); }
-void TWgHeaderSections::ReadData(TStream& Stream) { IntReadData(Stream, true); }
+void TWgHeaderSections::LoadFromStream(TStream& Stream) {
+    IntReadData(Stream, false);
+}
+void TWgHeaderSections::ReadData(TStream& Stream) {
+    IntReadData(Stream, true);
+}
