@@ -3,6 +3,9 @@
 #include "base/Exceptions.h"
 #include "tree/WgTreeErrors.h"
 
+#include <bit>
+#include <vector>
+
 namespace WgStreamIO {
 
 std::int64_t Remaining(TStream& Stream) {
@@ -43,22 +46,30 @@ WideString ReadWideCounted(TStream& Stream) {
     const std::int32_t count = ReadStringCount(Stream);
     if (count == 0) return WideString();
     Require(Stream, std::int64_t(count) * 2);
-    std::vector<std::uint8_t> bytes(std::size_t(count) * 2);
-    Stream.ReadBuffer(bytes.data(), std::int64_t(bytes.size()));
     WideString result(std::size_t(count), u'\0');
-    for (std::size_t i = 0; i < result.size(); ++i)
-        result[i] = char16_t(bytes[2 * i] | (bytes[2 * i + 1] << 8));
+    if constexpr (std::endian::native == std::endian::little) {
+        Stream.ReadBuffer(result.data(), std::int64_t(count) * 2);
+    } else {
+        std::vector<std::uint8_t> bytes(std::size_t(count) * 2);
+        Stream.ReadBuffer(bytes.data(), std::int64_t(bytes.size()));
+        for (std::size_t i = 0; i < result.size(); ++i)
+            result[i] = char16_t(bytes[2 * i] | (bytes[2 * i + 1] << 8));
+    }
     return result;
 }
 
 void WriteWideCounted(TStream& Stream, const WideString& Value) {
     Stream.WriteInt32(std::int32_t(Value.size()));
-    std::vector<std::uint8_t> bytes(Value.size() * 2);
-    for (std::size_t i = 0; i < Value.size(); ++i) {
-        bytes[2 * i] = std::uint8_t(Value[i]);
-        bytes[2 * i + 1] = std::uint8_t(Value[i] >> 8);
+    if constexpr (std::endian::native == std::endian::little) {
+        Stream.WriteBuffer(Value.data(), std::int64_t(Value.size()) * 2);
+    } else {
+        std::vector<std::uint8_t> bytes(Value.size() * 2);
+        for (std::size_t i = 0; i < Value.size(); ++i) {
+            bytes[2 * i] = std::uint8_t(Value[i]);
+            bytes[2 * i + 1] = std::uint8_t(Value[i] >> 8);
+        }
+        Stream.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
     }
-    Stream.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
 }
 
 AnsiString ReadAnsiZ(TStream& Stream) {

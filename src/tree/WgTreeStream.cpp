@@ -97,7 +97,7 @@ void TWgTreeItem::WriteData(TStream& Stream) {
     Stream.WriteBuffer(r, ItemRecordSize);
 
     Stream.WriteInt32(-1);
-    WriteWideCounted(Stream, GetHint());
+    WriteWideCounted(Stream, FStaticData ? Hint() : GetHint());
     const int columns = ColumnTextCount();
     Stream.WriteInt32(columns);
     for (int i = 0; i < columns; ++i)
