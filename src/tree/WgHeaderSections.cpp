@@ -25,14 +25,24 @@ bool TWgHeaderSection::Locked() const {
 }
 
 bool TWgHeaderSection::Visible() const {
+    // Shown when it and every parent up the chain are, and every parent is
+    // expanded.
     if (!FVisible) return false;
-    return !FParentSection || (FParentSection->Visible() && FParentSection->FExpanded);
+    for (const TWgHeaderSection* p = FParentSection; p; p = p->FParentSection)
+        if (!p->FVisible || !p->FExpanded) return false;
+    return true;
 }
 
+// The sum of the shown widths before the section; a loop rather than the
+// predecessor's Right, so that no header can be deep enough to overflow.
 int TWgHeaderSection::Left() const {
     const int position = Position();
-    if (position <= 0) return 0;
-    return FOwner->GetSectionByPos(position - 1)->Right();
+    int left = 0;
+    for (int i = 0; i < position; ++i) {
+        const TWgHeaderSection* s = FOwner->GetSectionByPos(i);
+        if (s->Visible()) left += s->FWidth;
+    }
+    return left;
 }
 
 int TWgHeaderSection::Right() const {

@@ -223,6 +223,7 @@ private:
     TWgTreeItem* FFocused = nullptr;
     TWgTreeItem* FSelAnchor = nullptr;
     int FFocusHold = 0;
+    int FReadDepth = 0; // nesting of the item entry being read
 
     int FUpdateCount = 0;
     int FHiddenCount = 0;

@@ -19,6 +19,9 @@ constexpr int StyleRecordSize = 36;
 constexpr std::uint32_t ItemFlagsMask = 0x0418E100;
 constexpr std::uint32_t DroppedFlagsMask = 0x01800000;
 constexpr std::uint32_t RootForcedFlags = 0x02008000;
+// Entries nest by recursion; a blob nested deeper than this is refused
+// rather than allowed to exhaust the stack.
+constexpr int MaxReadDepth = 1000;
 
 void WriteStyle(TStream& Stream, const TWgCellStyle& Style) {
     std::uint8_t r[StyleRecordSize] = {};
@@ -326,16 +329,25 @@ void TWgTreeItem::ReadData(TStream& Stream) {
 
     // Children, appended one at a time.
     const std::int32_t children = ReadCount(Stream, 0);
+    if (children > 0 && tree->FReadDepth >= MaxReadDepth)
+        throw EReadError(RtlMessages::SReadError); // nested too deep to be a real tree
     TWgTreeItems& items = tree->Items();
-    for (std::int32_t i = 0; i < children; ++i) {
-        TWgTreeItem* child = items.CreateItem();
-        {
-            TWgTreeLock lock(*tree);
-            AddChild(child);
-            items.AfterAdd(this);
+    ++tree->FReadDepth;
+    try {
+        for (std::int32_t i = 0; i < children; ++i) {
+            TWgTreeItem* child = items.CreateItem();
+            {
+                TWgTreeLock lock(*tree);
+                AddChild(child);
+                items.AfterAdd(this);
+            }
+            child->ReadData(Stream);
         }
-        child->ReadData(Stream);
+    } catch (...) {
+        --tree->FReadDepth;
+        throw;
     }
+    --tree->FReadDepth;
 }
 
 // ---- the collection

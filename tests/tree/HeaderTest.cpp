@@ -388,3 +388,27 @@ TEST(HeaderStream, TruncatedAndBadBlobs) {
     TMemoryStream negative = TBytes().I32(-12).I32(-1).Stream();
     EXPECT_THROW(h.Sections().LoadFromStream(negative), EReadError);
 }
+
+TEST(HeaderStream, ParentCyclesInTheDataAreCut) {
+    // Three sections whose parents run 0 -> 1 -> 2 -> 0.
+    TBytes b;
+    b.I32(-12).I32(3);
+    for (int i = 0; i < 3; ++i) {
+        b.Record(
+            140,
+            {{8, (i + 1) % 3, 4}, {13, 1, 1}, {14, 1, 1}, {20, 10, 4}, {28, 100, 4}, {40, i, 4}});
+        b.AnsiZ("").AnsiZ("").Ansi("").Wide(u"");
+    }
+    TWgHeaderModel h;
+    TMemoryStream s = b.Stream();
+    h.Sections().LoadFromStream(s);
+    ASSERT_EQ(h.Sections().Count(), 3);
+    auto* s0 = h.Sections().GetSectionByPos(0);
+    auto* s1 = h.Sections().GetSectionByPos(1);
+    auto* s2 = h.Sections().GetSectionByPos(2);
+    EXPECT_EQ(s0->ParentSection(), s1);
+    EXPECT_EQ(s1->ParentSection(), s2);
+    EXPECT_EQ(s2->ParentSection(), nullptr); // the link that closed the cycle
+    EXPECT_TRUE(s0->Visible());
+    EXPECT_EQ(h.SectionsWidth(), 30);
+}

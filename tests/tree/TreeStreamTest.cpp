@@ -260,3 +260,21 @@ TEST(TreeStream, OlderItemVersionsRead) {
     EXPECT_EQ(one->GetMainStyle()->CellType(), sftEnum);
     EXPECT_EQ(one->GetMainStyle()->FontName(), "Arial");
 }
+
+TEST(TreeStream, NestingDeeperThanAThousandLevelsIsRefused) {
+    for (int depth : {1000, 1001}) {
+        TWgTreeModel tree;
+        TWgTreeItem* item = nullptr;
+        for (int i = 0; i < depth; ++i)
+            item = tree.Items().AddChild(item, u"n");
+        const auto bytes = Save(tree);
+        TWgTreeModel copy;
+        if (depth == 1000) {
+            Load(copy, bytes);
+            EXPECT_EQ(copy.Items().Count(), 1000);
+        } else {
+            EXPECT_THROW(Load(copy, bytes), EReadError);
+            EXPECT_EQ(copy.Items().Count(), 1000); // what was read stays
+        }
+    }
+}
