@@ -313,9 +313,13 @@ void TWgHeaderSections::Assign(const TWgHeaderSections& Source) {
 
 WideString TWgHeaderSections::SectionsOrder() const {
     WideString result;
-    for (auto& s : FList)
-        result += u"i" + IntToWide(s->FSectionIndex) + u":w" + IntToWide(s->FWidth) + u":v" +
-                  (s->FVisible ? u"t," : u"f,");
+    for (auto& s : FList) {
+        result += u'i';
+        result += IntToWide(s->FSectionIndex);
+        result += u":w";
+        result += IntToWide(s->FWidth);
+        result += s->FVisible ? u":vt," : u":vf,";
+    }
     return result;
 }
 
