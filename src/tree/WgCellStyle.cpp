@@ -6,8 +6,7 @@
 TWgCellStyle::~TWgCellStyle() = default;
 
 void TWgCellStyle::Assign(const TWgCellStyle& Source) {
-    if (&Source == this)
-        return;
+    if (&Source == this) return;
     FTag = Source.FTag;
     FCellBkColor = Source.FCellBkColor;
     FTextBkColor = Source.FTextBkColor;
@@ -24,14 +23,11 @@ void TWgCellStyle::Assign(const TWgCellStyle& Source) {
 }
 
 void TWgCellStyle::Changed(TChangeKind Kind) {
-    if (!FOwner || !FOwner->UseStyles())
-        return;
+    if (!FOwner || !FOwner->UseStyles()) return;
     // Text and font do not show in a cell that draws no text, and the
     // picture only shows in a picture-only cell.
-    if ((Kind == ckTextOrFont || Kind == ckFontMetrics) && FStyle != elhsText)
-        return;
-    if (Kind == ckPicture && FStyle != elhsPictureOnly)
-        return;
+    if ((Kind == ckTextOrFont || Kind == ckFontMetrics) && FStyle != elhsText) return;
+    if (Kind == ckPicture && FStyle != elhsPictureOnly) return;
     FOwner->RepaintItem();
     if (Kind == ckFontMetrics) {
         TWgTreeModel* tree = FOwner->Owner();
@@ -43,8 +39,7 @@ void TWgCellStyle::Changed(TChangeKind Kind) {
 
 #define LEXSMITH_STYLE_SETTER(Name, Type, Field, Kind)                                             \
     void TWgCellStyle::Set##Name(Type Value) {                                                     \
-        if (Field == Value)                                                                        \
-            return;                                                                                \
+        if (Field == Value) return;                                                                \
         Field = Value;                                                                             \
         Changed(Kind);                                                                             \
     }

@@ -27,15 +27,12 @@ TWgHeaderModel::~TWgHeaderModel() = default;
 // ---- notifications from the sections
 
 void TWgHeaderModel::Repaint(TWgHeaderSection* Section) {
-    if (FHost)
-        FHost->InvalidateSection(Section);
+    if (FHost) FHost->InvalidateSection(Section);
 }
 
 void TWgHeaderModel::SectionWidthChanged(TWgHeaderSection* Section) {
-    if (FStickySections && !FSizingHeader)
-        RecalcStickyShares();
-    if (OnSectionChange)
-        OnSectionChange(*this, Section, scmWidth);
+    if (FStickySections && !FSizingHeader) RecalcStickyShares();
+    if (OnSectionChange) OnSectionChange(*this, Section, scmWidth);
     InvalidateRight(Section->Position());
 }
 
@@ -44,32 +41,25 @@ void TWgHeaderModel::SectionCreated(TWgHeaderSection* Section) {
         FPendingCreate = true;
         return;
     }
-    if (OnSectionCreate)
-        OnSectionCreate(*this, Section);
+    if (OnSectionCreate) OnSectionCreate(*this, Section);
 }
 
 void TWgHeaderModel::SectionDeleted(TWgHeaderSection* Section) {
-    if (FLockedSection == Section)
-        FLockedSection = nullptr;
-    if (FHotSection == Section)
-        FHotSection = nullptr;
-    if (FPressSection == Section)
-        FPressSection = nullptr;
+    if (FLockedSection == Section) FLockedSection = nullptr;
+    if (FHotSection == Section) FHotSection = nullptr;
+    if (FPressSection == Section) FPressSection = nullptr;
     if (FUpdateCount > 0) {
         FPendingDelete = true;
         return;
     }
-    if (OnSectionDelete)
-        OnSectionDelete(*this, Section);
+    if (OnSectionDelete) OnSectionDelete(*this, Section);
 }
 
 void TWgHeaderModel::EndUpdate() {
     if (FUpdateCount > 0 && --FUpdateCount == 0) {
         // Pending notifications were held as flags and name no section.
-        if (FPendingCreate && OnSectionCreate)
-            OnSectionCreate(*this, nullptr);
-        if (FPendingDelete && OnSectionDelete)
-            OnSectionDelete(*this, nullptr);
+        if (FPendingCreate && OnSectionCreate) OnSectionCreate(*this, nullptr);
+        if (FPendingDelete && OnSectionDelete) OnSectionDelete(*this, nullptr);
         FPendingCreate = FPendingDelete = false;
         Repaint(nullptr);
     }
@@ -78,13 +68,11 @@ void TWgHeaderModel::EndUpdate() {
 void TWgHeaderModel::InvalidateRight(int Position) {
     if (Position < 0 || Position >= FSections->Count())
         throw EWgHeaderError(WgTreeMessages::SIndexOutOfBounds);
-    if (FHost)
-        FHost->InvalidateRight(Position);
+    if (FHost) FHost->InvalidateRight(Position);
 }
 
 void TWgHeaderModel::SortModeChanged(TWgHeaderSection* Section) {
-    if (Section->ShowSortMark)
-        Repaint(nullptr);
+    if (Section->ShowSortMark) Repaint(nullptr);
 }
 
 // ---- geometry
@@ -105,25 +93,21 @@ int TWgHeaderModel::SectionsWidth() const {
 
 TRect TWgHeaderModel::GetSectionRect(int Index) const {
     const TWgHeaderSection* section = FSections->GetSection(Index);
-    if (!section)
-        return TRect{};
+    if (!section) return TRect{};
     return TRect{section->Left(), 0, section->Right(), FHeight};
 }
 
 TWgHeaderSection* TWgHeaderModel::GetSectionAt(int X, int Y) const {
-    if (Y < 0 || Y > FHeight)
-        return nullptr;
+    if (Y < 0 || Y > FHeight) return nullptr;
     if (FLockedSection && FLockedSection->Visible() && X >= 0 && X < FLockedSection->Width())
         return FLockedSection;
     const int x = X + FLeftPos;
     int sum = 0;
     for (int i = 0; i < FSections->Count(); ++i) {
         TWgHeaderSection* section = FSections->GetSectionByPos(i);
-        if (!section->Visible())
-            continue;
+        if (!section->Visible()) continue;
         sum += section->Width();
-        if (sum > x)
-            return section;
+        if (sum > x) return section;
     }
     return nullptr;
 }
@@ -133,8 +117,7 @@ bool TWgHeaderModel::GetResizableSectionAt(int X, TWgHeaderSection*& Section) co
     TWgHeaderSection* s = GetSectionAt(X, 0);
     if (s) {
         Section = s;
-        if (s->Width() < 15)
-            return false;
+        if (s->Width() < 15) return false;
         const int left = ScreenLeft(s);
         if (X >= left + DividerHalfWidth) {
             zone = X >= left + s->Width() - DividerHalfWidth;
@@ -145,8 +128,7 @@ bool TWgHeaderModel::GetResizableSectionAt(int X, TWgHeaderSection*& Section) co
     } else {
         s = FSections->LastVisibleSection();
         Section = s;
-        if (s && X < ScreenLeft(s) + s->Width() + DividerHalfWidth)
-            zone = true;
+        if (s && X < ScreenLeft(s) + s->Width() + DividerHalfWidth) zone = true;
     }
     return zone && Section && Section->Resizable;
 }
@@ -159,8 +141,7 @@ TWgHeaderSection* TWgHeaderModel::GetSectionAtEx(int X, int Y, TWgHeaderPart& Pa
     }
     section = GetSectionAt(X, Y);
     Part = hpBody;
-    if (!section)
-        return nullptr;
+    if (!section) return nullptr;
     const int e = ScreenLeft(section) + section->Width() - 4;
     const bool buttonBand = Y >= ButtonTop && Y <= ButtonBottom;
     if (section->Expandable && section->Width() > 14 && X >= e - 7 && X <= e && buttonBand)
@@ -170,8 +151,7 @@ TWgHeaderSection* TWgHeaderModel::GetSectionAtEx(int X, int Y, TWgHeaderPart& Pa
         Part = hpLookup;
     else if (section->FilterEnabled && section->Width() > 9) {
         const int f = (section->Expandable || section->LookupEnabled()) ? e - 8 : e;
-        if (X >= f - 6 && X <= f && Y >= FilterTop && Y <= FilterBottom)
-            Part = hpFilter;
+        if (X >= f - 6 && X <= f && Y >= FilterTop && Y <= FilterBottom) Part = hpFilter;
     }
     return section;
 }
@@ -181,70 +161,61 @@ int TWgHeaderModel::CalcHeaderHeight() const {
     for (int i = 0; i < FSections->Count(); ++i) {
         const TWgHeaderSection* section = FSections->GetSectionByPos(i);
         if (section->Visible() && section->Style == elhsText && MeasureText)
-            height = std::max(height, MeasureText(section->Text(), section->Width(), WrapCaptions) + 4);
+            height =
+                std::max(height, MeasureText(section->Text(), section->Width(), WrapCaptions) + 4);
     }
-    if (ImageHeight > 0)
-        height = std::max(height, ImageHeight + 4);
-    if (!Flat)
-        height += 2;
+    if (ImageHeight > 0) height = std::max(height, ImageHeight + 4);
+    if (!Flat) height += 2;
     return height;
 }
 
 void TWgHeaderModel::UpdateHeight() {
-    if (!LockHeight)
-        FHeight = CalcHeaderHeight();
+    if (!LockHeight) FHeight = CalcHeaderHeight();
 }
 
 // ---- sticky sections
 
 void TWgHeaderModel::SetStickySections(bool Value) {
-    if (Value == FStickySections)
-        return;
+    if (Value == FStickySections) return;
     FStickySections = Value;
-    if (Value)
-        RecalcStickyShares();
+    if (Value) RecalcStickyShares();
 }
 
 void TWgHeaderModel::RecalcStickyShares() {
     int fixed = 0;
     for (int i = 0; i < FSections->Count(); ++i) {
         const TWgHeaderSection* s = FSections->GetSectionByPos(i);
-        if (s->Visible() && !s->Resizable)
-            fixed += s->Width();
+        if (s->Visible() && !s->Resizable) fixed += s->Width();
     }
     int available = FWidth - fixed;
-    if (available == 0)
-        available = 1;
+    if (available == 0) available = 1;
     for (int i = 0; i < FSections->Count(); ++i) {
         TWgHeaderSection* s = FSections->GetSectionByPos(i);
-        s->StickyShare = (s->Visible() && s->Resizable) ? float(s->Width()) / float(available) : 0.0f;
+        s->StickyShare =
+            (s->Visible() && s->Resizable) ? float(s->Width()) / float(available) : 0.0f;
     }
 }
 
 void TWgHeaderModel::Resize(int NewWidth) {
     const int old = FWidth;
     FWidth = NewWidth;
-    if (!FStickySections)
-        return;
+    if (!FStickySections) return;
     FSizingHeader = true;
     if (NewWidth > old) {
         int room = NewWidth - old;
         for (int i = 0; i < FSections->Count() && room > 0; ++i) {
             TWgHeaderSection* s = FSections->GetSectionByPos(i);
-            if (s->SavedWidth < 0 || !s->Visible())
-                continue;
+            if (s->SavedWidth < 0 || !s->Visible()) continue;
             const int add = std::min(s->SavedWidth - s->Width(), room);
             s->SetStoredWidth(s->Width() + add);
             room -= add;
-            if (s->Width() >= s->SavedWidth)
-                s->SavedWidth = -1;
+            if (s->Width() >= s->SavedWidth) s->SavedWidth = -1;
         }
     }
     int fixed = 0;
     for (int i = 0; i < FSections->Count(); ++i) {
         const TWgHeaderSection* s = FSections->GetSectionByPos(i);
-        if (s->Visible() && !s->Resizable)
-            fixed += s->Width();
+        if (s->Visible() && !s->Resizable) fixed += s->Width();
     }
     const int available = NewWidth - fixed;
     for (int i = 0; i < FSections->Count(); ++i) {
@@ -272,16 +243,12 @@ void TWgHeaderModel::AdjustStickySize(TWgHeaderSection* Section) {
             TWgHeaderSection* victim = nullptr;
             for (int i = FSections->Count() - 1; i >= 0 && !victim; --i) {
                 TWgHeaderSection* s = FSections->GetSectionByPos(i);
-                if (!s->Visible() || s->Width() < 1)
-                    continue;
+                if (!s->Visible() || s->Width() < 1) continue;
                 const bool plain = s->Resizable && s != Section;
-                if (plain != Others)
-                    victim = s;
+                if (plain != Others) victim = s;
             }
-            if (!victim)
-                return;
-            if (KeepSaved && victim->SavedWidth < 0)
-                victim->SavedWidth = victim->Width();
+            if (!victim) return;
+            if (KeepSaved && victim->SavedWidth < 0) victim->SavedWidth = victim->Width();
             victim->SetStoredWidth(std::max(0, victim->Width() - (sum() - client) - 1));
         }
     };
@@ -289,12 +256,10 @@ void TWgHeaderModel::AdjustStickySize(TWgHeaderSection* Section) {
     squeeze(true, true);
     for (int i = 0; i < FSections->Count() && sum() < client - 1; ++i) {
         TWgHeaderSection* s = FSections->GetSectionByPos(i);
-        if (!s->Visible() || s->SavedWidth < 0)
-            continue;
+        if (!s->Visible() || s->SavedWidth < 0) continue;
         const int add = std::min(s->SavedWidth - s->Width(), client - 1 - sum());
         s->SetStoredWidth(s->Width() + add);
-        if (s->Width() >= s->SavedWidth)
-            s->SavedWidth = -1;
+        if (s->Width() >= s->SavedWidth) s->SavedWidth = -1;
     }
     const int rest = client - 1 - sum();
     if (rest > 0)
@@ -319,7 +284,8 @@ void TWgHeaderModel::SectionVisibilityChanged(TWgHeaderSection* Section, int Old
         int oldAvailable = 0;
         for (int i = 0; i < FSections->Count(); ++i) {
             TWgHeaderSection* s = FSections->GetSectionByPos(i);
-            if (s == Section || !s->Visible() || !s->Resizable || (after ? i < position : i > position))
+            if (s == Section || !s->Visible() || !s->Resizable ||
+                (after ? i < position : i > position))
                 continue;
             group.push_back(s);
             oldAvailable += s->Width();
@@ -334,8 +300,7 @@ void TWgHeaderModel::SectionVisibilityChanged(TWgHeaderSection* Section, int Old
             FSizingHeader = false;
         }
     }
-    if (OnSectionShowHide)
-        OnSectionShowHide(*this, Section);
+    if (OnSectionShowHide) OnSectionShowHide(*this, Section);
     Repaint(nullptr);
 }
 
@@ -343,17 +308,14 @@ void TWgHeaderModel::SectionVisibilityChanged(TWgHeaderSection* Section, int Old
 
 void TWgHeaderModel::CloseLookup(bool Accepted) {
     TWgHeaderSection* section = FLookupSection;
-    if (!section)
-        return;
+    if (!section) return;
     FLookupSection = nullptr;
     const WideString text = FHost ? FHost->CloseLookup() : WideString();
-    if (OnHeaderLookupDone)
-        OnHeaderLookupDone(*this, section, text, Accepted);
+    if (OnHeaderLookupDone) OnHeaderLookupDone(*this, section, text, Accepted);
 }
 
 void TWgHeaderModel::MouseDown(int X, int Y) {
-    if (FDesigning)
-        return;
+    if (FDesigning) return;
     if (FLookupSection) {
         CloseLookup(true);
         return;
@@ -362,42 +324,35 @@ void TWgHeaderModel::MouseDown(int X, int Y) {
     if (GetResizableSectionAt(X, section)) {
         FResizeSection = section;
         FHotSection = nullptr;
-        if (FHost)
-            FHost->SetCapture(true);
+        if (FHost) FHost->SetCapture(true);
         FDragX = ScreenLeft(section) + section->Width();
         FDragOffset = X - FDragX;
-        if (!ResizeOnDrag && FHost)
-            FHost->DrawResizeLine(FDragX);
-        if (OnSectionResizing)
-            OnSectionResizing(*this, section, trsBegin, section->Width());
+        if (!ResizeOnDrag && FHost) FHost->DrawResizeLine(FDragX);
+        if (OnSectionResizing) OnSectionResizing(*this, section, trsBegin, section->Width());
         return;
     }
     FPressPoint = {X, Y};
     FPressed = true;
     section = GetSectionAt(X, Y);
     FPressSection = section;
-    if (!section)
-        return;
+    if (!section) return;
     const int e = ScreenLeft(section) + section->Width() - 4;
     const bool buttonBand = Y >= ButtonTop && Y <= ButtonBottom;
     bool used = false;
     if (section->Expandable && section->Width() > 14 && X >= e - 7 && X <= e && buttonBand) {
         section->SetExpanded(!section->Expanded());
         const auto& event = section->Expanded() ? OnSectionExpand : OnSectionCollapse;
-        if (event)
-            event(*this, section);
+        if (event) event(*this, section);
         used = true;
     } else if (section->LookupEnabled() && section != FLockedSection && X >= e - 7 && X <= e &&
                buttonBand) {
         FLookupSection = section;
-        if (FHost)
-            FHost->OpenLookup(section);
+        if (FHost) FHost->OpenLookup(section);
         used = true;
     } else if (section->FilterEnabled && section->Width() > 9) {
         const int f = (section->Expandable || section->LookupEnabled()) ? e - 8 : e;
         if (X >= f - 6 && X <= f && Y >= FilterTop && Y <= FilterBottom) {
-            if (OnFilterCall)
-                OnFilterCall(*this, section);
+            if (OnFilterCall) OnFilterCall(*this, section);
             used = true;
         }
     }
@@ -411,26 +366,21 @@ void TWgHeaderModel::MouseMove(int X, int Y, bool LeftButtonDown) {
     if (TWgHeaderSection* s = FResizeSection) {
         const bool locked = s == FLockedSection;
         const int offset = locked ? 0 : -FLeftPos;
-        if (s->Left() > X - offset - FDragOffset)
-            return;
+        if (s->Left() > X - offset - FDragOffset) return;
         if (FStickySections) {
             int right = 0;
             for (int i = s->Position() + 1; i < FSections->Count(); ++i)
                 if (const TWgHeaderSection* r = FSections->GetSectionByPos(i);
                     r->Visible() && r->Resizable)
                     right += r->Width();
-            if (X >= FWidth - right)
-                return;
+            if (X >= FWidth - right) return;
         }
         const int width = X - s->Left() - FDragOffset + (locked ? 0 : FLeftPos);
-        if (width < s->MinWidth() || width > s->MaxWidth())
-            return;
+        if (width < s->MinWidth() || width > s->MaxWidth()) return;
         if (!ResizeOnDrag) {
-            if (FHost)
-                FHost->DrawResizeLine(FDragX);
+            if (FHost) FHost->DrawResizeLine(FDragX);
             FDragX = X - FDragOffset;
-            if (FHost)
-                FHost->DrawResizeLine(FDragX);
+            if (FHost) FHost->DrawResizeLine(FDragX);
         } else {
             s->SetWidth(width);
             FDragX = X - FDragOffset;
@@ -439,13 +389,11 @@ void TWgHeaderModel::MouseMove(int X, int Y, bool LeftButtonDown) {
                 FHost->UpdateNow();
             }
         }
-        if (OnSectionResizing)
-            OnSectionResizing(*this, s, trsMove, width);
+        if (OnSectionResizing) OnSectionResizing(*this, s, trsMove, width);
         return;
     }
     if (TWgHeaderSection* s = FDragSection) {
-        if (FHost)
-            FHost->MoveDragImage(X - FDragGrab);
+        if (FHost) FHost->MoveDragImage(X - FDragGrab);
         if (MoveOnDrag) {
             TWgHeaderSection* target = GetSectionAt(X, 0);
             const int x = X + FLeftPos;
@@ -486,29 +434,23 @@ void TWgHeaderModel::MouseMove(int X, int Y, bool LeftButtonDown) {
         if (hot != FHotSection) {
             TWgHeaderSection* old = FHotSection;
             FHotSection = hot;
-            if (old)
-                Repaint(old);
-            if (hot)
-                Repaint(hot);
+            if (old) Repaint(old);
+            if (hot) Repaint(hot);
         }
     }
 }
 
 void TWgHeaderModel::FinishResize() {
     TWgHeaderSection* s = FResizeSection;
-    if (FHost)
-        FHost->SetCapture(false);
+    if (FHost) FHost->SetCapture(false);
     int width = s->Width();
     if (!ResizeOnDrag) {
-        if (FHost)
-            FHost->DrawResizeLine(FDragX);
+        if (FHost) FHost->DrawResizeLine(FDragX);
         width = FDragX - s->Left() + (s == FLockedSection ? 0 : FLeftPos);
         s->SetWidth(width);
     }
-    if (OnSectionResizing)
-        OnSectionResizing(*this, s, trsEnd, width);
-    if (OnSectionResize)
-        OnSectionResize(*this, s);
+    if (OnSectionResizing) OnSectionResizing(*this, s, trsEnd, width);
+    if (OnSectionResize) OnSectionResize(*this, s);
     FResizeSection = nullptr;
     Repaint(nullptr);
 }
@@ -517,8 +459,7 @@ void TWgHeaderModel::Drop(int X, int Y) {
     TWgHeaderSection* s = FDragSection;
     FDragSection = nullptr;
     TWgHeaderSection* target = GetSectionAt(X, Y);
-    if (!target)
-        target = GetSectionAt(X, 0);
+    if (!target) target = GetSectionAt(X, 0);
     if (FHost) {
         FHost->EndDragImage();
         FHost->SetCapture(false);
@@ -540,14 +481,12 @@ void TWgHeaderModel::MouseUp(int X, int Y) {
     FPressed = false;
     TWgHeaderSection* s = FPressSection;
     FPressSection = nullptr;
-    if (!s || !wasPressed)
-        return;
+    if (!s || !wasPressed) return;
     Repaint(s);
     if (GetSectionAt(FPressPoint.X, FPressPoint.Y) == GetSectionAt(X, Y) && OnSectionClick)
         OnSectionClick(*this, s);
 }
 
 void TWgHeaderModel::CancelMode() {
-    if (FResizeSection || FDragSection)
-        MouseUp(0, -1);
+    if (FResizeSection || FDragSection) MouseUp(0, -1);
 }

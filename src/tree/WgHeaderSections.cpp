@@ -9,45 +9,57 @@
 // ---- section
 
 TWgHeaderSection::TWgHeaderSection(TWgHeaderSections* Owner) : FOwner(Owner) {
-    if (Owner && Owner->Owner())
-        FWidth = Owner->Owner()->DefaultWidth();
+    if (Owner && Owner->Owner()) FWidth = Owner->Owner()->DefaultWidth();
 }
 
-TWgHeaderModel* TWgHeaderSection::Header() const { return FOwner ? FOwner->Owner() : nullptr; }
+TWgHeaderModel* TWgHeaderSection::Header() const {
+    return FOwner ? FOwner->Owner() : nullptr;
+}
 
-int TWgHeaderSection::Position() const { return FOwner ? FOwner->IndexOf(this) : -1; }
+int TWgHeaderSection::Position() const {
+    return FOwner ? FOwner->IndexOf(this) : -1;
+}
 
-bool TWgHeaderSection::Locked() const { return Header() && Header()->LockedSection() == this; }
+bool TWgHeaderSection::Locked() const {
+    return Header() && Header()->LockedSection() == this;
+}
 
 bool TWgHeaderSection::Visible() const {
-    if (!FVisible)
-        return false;
-    return !FParentSection || (FParentSection->Visible() && FParentSection->FExpanded);
+    // Shown when it and every parent up the chain are, and every parent is
+    // expanded.
+    if (!FVisible) return false;
+    for (const TWgHeaderSection* p = FParentSection; p; p = p->FParentSection)
+        if (!p->FVisible || !p->FExpanded) return false;
+    return true;
 }
 
+// The sum of the shown widths before the section; a loop rather than the
+// predecessor's Right, so that no header can be deep enough to overflow.
 int TWgHeaderSection::Left() const {
     const int position = Position();
-    if (position <= 0)
-        return 0;
-    return FOwner->GetSectionByPos(position - 1)->Right();
+    int left = 0;
+    for (int i = 0; i < position; ++i) {
+        const TWgHeaderSection* s = FOwner->GetSectionByPos(i);
+        if (s->Visible()) left += s->FWidth;
+    }
+    return left;
 }
 
-int TWgHeaderSection::Right() const { return Left() + (Visible() ? FWidth : 0); }
+int TWgHeaderSection::Right() const {
+    return Left() + (Visible() ? FWidth : 0);
+}
 
 void TWgHeaderSection::SetWidth(int Value) {
-    if (Value < FMinWidth || Value > FMaxWidth || Value == FWidth)
-        return;
+    if (Value < FMinWidth || Value > FMaxWidth || Value == FWidth) return;
     FWidth = Value;
-    if (TWgHeaderModel* header = Header())
-        header->SectionWidthChanged(this);
+    if (TWgHeaderModel* header = Header()) header->SectionWidthChanged(this);
 }
 
 void TWgHeaderSection::SetMinWidth(int Value) {
     FMinWidth = Value;
     if (FWidth < Value) {
         FWidth = Value;
-        if (TWgHeaderModel* header = Header())
-            header->SectionWidthChanged(this);
+        if (TWgHeaderModel* header = Header()) header->SectionWidthChanged(this);
     }
 }
 
@@ -55,71 +67,56 @@ void TWgHeaderSection::SetMaxWidth(int Value) {
     FMaxWidth = Value;
     if (FWidth > Value) {
         FWidth = Value;
-        if (TWgHeaderModel* header = Header())
-            header->SectionWidthChanged(this);
+        if (TWgHeaderModel* header = Header()) header->SectionWidthChanged(this);
     }
 }
 
 void TWgHeaderSection::SetVisible(bool Value) {
-    if (Value == FVisible)
-        return;
+    if (Value == FVisible) return;
     const int oldWidth = FWidth;
     FVisible = Value;
-    if (TWgHeaderModel* header = Header())
-        header->SectionVisibilityChanged(this, oldWidth);
+    if (TWgHeaderModel* header = Header()) header->SectionVisibilityChanged(this, oldWidth);
 }
 
 void TWgHeaderSection::SetParentSection(TWgHeaderSection* Value) {
     for (TWgHeaderSection* p = Value; p; p = p->FParentSection)
-        if (p == this)
-            return;
+        if (p == this) return;
     FParentSection = Value;
-    if (TWgHeaderModel* header = Header())
-        header->Repaint(nullptr);
+    if (TWgHeaderModel* header = Header()) header->Repaint(nullptr);
 }
 
 void TWgHeaderSection::AutoSizeChanged() {
     TWgHeaderModel* header = Header();
-    if (FAutoSize && header && header->OnSectionAutoSize)
-        header->OnSectionAutoSize(*header, this);
+    if (FAutoSize && header && header->OnSectionAutoSize) header->OnSectionAutoSize(*header, this);
 }
 
 void TWgHeaderSection::SetText(const WideString& Value) {
-    if (Value == FText)
-        return;
+    if (Value == FText) return;
     FText = Value;
     AutoSizeChanged();
-    if (TWgHeaderModel* header = Header())
-        header->Repaint(this);
+    if (TWgHeaderModel* header = Header()) header->Repaint(this);
 }
 
 void TWgHeaderSection::SetImageIndex(std::int32_t Value) {
-    if (Value == FImageIndex)
-        return;
+    if (Value == FImageIndex) return;
     FImageIndex = Value;
     AutoSizeChanged();
-    if (TWgHeaderModel* header = Header())
-        header->Repaint(this);
+    if (TWgHeaderModel* header = Header()) header->Repaint(this);
 }
 
 void TWgHeaderSection::SetLookupEnabled(bool Value) {
-    if (Value == FLookupEnabled)
-        return;
+    if (Value == FLookupEnabled) return;
     FLookupEnabled = Value;
     TWgHeaderModel* header = Header();
-    if (Value && header && header->Height() < 17)
-        header->SetHeight(17);
+    if (Value && header && header->Height() < 17) header->SetHeight(17);
     AutoSizeChanged();
-    if (header)
-        header->Repaint(this);
+    if (header) header->Repaint(this);
 }
 
 void TWgHeaderSection::SetExpanded(bool Value) {
-    if (Value == FExpanded)
-        return;
+    if (Value == FExpanded) return;
     FExpanded = Value;
-    if (TWgHeaderModel* header = Header())
-        header->Repaint(nullptr);
+    if (TWgHeaderModel* header = Header()) header->Repaint(nullptr);
 }
 
 void TWgHeaderSection::SetSortMode(TWgSSortMode Value) {
@@ -128,20 +125,17 @@ void TWgHeaderSection::SetSortMode(TWgSSortMode Value) {
             FOwner->GetSectionByPos(i)->FSortMode = hsmNone;
     FSortMode = Value;
     AutoSizeChanged(); // the mark takes room
-    if (TWgHeaderModel* header = Header())
-        header->SortModeChanged(this);
+    if (TWgHeaderModel* header = Header()) header->SortModeChanged(this);
 }
 
 void TWgHeaderSection::SetAutoSize(bool Value) {
-    if (Value == FAutoSize)
-        return;
+    if (Value == FAutoSize) return;
     FAutoSize = Value;
     AutoSizeChanged();
 }
 
 void TWgHeaderSection::Assign(const TWgHeaderSection& Source) {
-    if (&Source == this)
-        return;
+    if (&Source == this) return;
     FilterIsActive = Source.FilterIsActive;
     FilterEnabled = Source.FilterEnabled;
     FHint = Source.FHint;
@@ -189,8 +183,7 @@ TWgHeaderSections::~TWgHeaderSections() = default;
 
 int TWgHeaderSections::IndexOf(const TWgHeaderSection* Section) const {
     for (std::size_t i = 0; i < FList.size(); ++i)
-        if (FList[i].get() == Section)
-            return int(i);
+        if (FList[i].get() == Section) return int(i);
     return -1;
 }
 
@@ -208,7 +201,9 @@ std::uint32_t TWgHeaderSections::FreeSectionTag(std::uint32_t Start) const {
     return tag;
 }
 
-TWgHeaderSection* TWgHeaderSections::CreateSection() { return new TWgHeaderSection(this); }
+TWgHeaderSection* TWgHeaderSections::CreateSection() {
+    return new TWgHeaderSection(this);
+}
 
 TWgHeaderSection* TWgHeaderSections::NewSection(int Position) {
     std::unique_ptr<TWgHeaderSection> section(CreateSection());
@@ -218,35 +213,31 @@ TWgHeaderSection* TWgHeaderSections::NewSection(int Position) {
         FreeSectionTag(std::uint32_t(reinterpret_cast<std::uintptr_t>(section.get())));
     TWgHeaderSection* result = section.get();
     FList.insert(FList.begin() + Position, std::move(section));
-    if (FOwner)
-        FOwner->SectionCreated(result);
+    if (FOwner) FOwner->SectionCreated(result);
     return result;
 }
 
-TWgHeaderSection* TWgHeaderSections::AddSection() { return NewSection(Count()); }
+TWgHeaderSection* TWgHeaderSections::AddSection() {
+    return NewSection(Count());
+}
 
 TWgHeaderSection* TWgHeaderSections::InsertSection(int Index) {
-    if (Index < 0 || Index > Count())
-        throw EWgHeaderError(WgTreeMessages::SIndexOutOfBounds);
+    if (Index < 0 || Index > Count()) throw EWgHeaderError(WgTreeMessages::SIndexOutOfBounds);
     return NewSection(Index);
 }
 
 void TWgHeaderSections::DeleteSection(TWgHeaderSection* Section) {
     const int index = IndexOf(Section);
-    if (!Section || index < 0)
-        throw EWgHeaderError(WgTreeMessages::SInvalidSection);
-    if (FOwner)
-        FOwner->SectionDeleted(Section);
+    if (!Section || index < 0) throw EWgHeaderError(WgTreeMessages::SInvalidSection);
+    if (FOwner) FOwner->SectionDeleted(Section);
     for (auto& s : FList)
-        if (s->FParentSection == Section)
-            s->FParentSection = nullptr;
+        if (s->FParentSection == Section) s->FParentSection = nullptr;
     FList.erase(FList.begin() + index);
 }
 
 void TWgHeaderSections::MoveSection(TWgHeaderSection* Section, int NewPos) {
     const int old = IndexOf(Section);
-    if (old < 0)
-        return;
+    if (old < 0) return;
     NewPos = std::clamp(NewPos, 0, Count() - 1);
     if (old != NewPos) {
         std::unique_ptr<TWgHeaderSection> moving = std::move(FList[std::size_t(old)]);
@@ -263,37 +254,34 @@ void TWgHeaderSections::MoveSection(TWgHeaderSection* Section, int NewPos) {
         }
     }
     if (FOwner) {
-        if (FOwner->OnSectionMove)
-            FOwner->OnSectionMove(*FOwner, Section, old, IndexOf(Section));
+        if (FOwner->OnSectionMove) FOwner->OnSectionMove(*FOwner, Section, old, IndexOf(Section));
         FOwner->Repaint(nullptr);
     }
 }
 
 void TWgHeaderSections::Clear() {
-    if (FOwner)
-        FOwner->SetLockedSection(nullptr);
+    if (FOwner) FOwner->SetLockedSection(nullptr);
     FList.clear();
 }
 
 TWgHeaderSection* TWgHeaderSections::GetSectionByIntTag(std::uint32_t Tag) const {
     for (auto& s : FList)
-        if (s->FSectionTag == Tag)
-            return s.get();
+        if (s->FSectionTag == Tag) return s.get();
     return nullptr;
 }
 
 TWgHeaderSection* TWgHeaderSections::FindSectionByIndex(int Index) const {
     for (auto& s : FList)
-        if (s->FSectionIndex == Index)
-            return s.get();
+        if (s->FSectionIndex == Index) return s.get();
     return nullptr;
 }
 
-TWgHeaderSection* TWgHeaderSections::GetSection(int Index) const { return FindSectionByIndex(Index); }
+TWgHeaderSection* TWgHeaderSections::GetSection(int Index) const {
+    return FindSectionByIndex(Index);
+}
 
 void TWgHeaderSections::SetSection(int Index, const TWgHeaderSection& Section) {
-    if (TWgHeaderSection* s = GetSection(Index))
-        s->Assign(Section);
+    if (TWgHeaderSection* s = GetSection(Index)) s->Assign(Section);
 }
 
 TWgHeaderSection* TWgHeaderSections::GetSectionByPos(int Position) const {
@@ -302,21 +290,18 @@ TWgHeaderSection* TWgHeaderSections::GetSectionByPos(int Position) const {
 
 TWgHeaderSection* TWgHeaderSections::LastVisibleSection() const {
     for (int i = Count() - 1; i >= 0; --i)
-        if (FList[std::size_t(i)]->Visible())
-            return FList[std::size_t(i)].get();
+        if (FList[std::size_t(i)]->Visible()) return FList[std::size_t(i)].get();
     return nullptr;
 }
 
 TWgHeaderSection* TWgHeaderSections::GetPrevVisibleSection(const TWgHeaderSection* Section) const {
     for (int i = IndexOf(Section) - 1; i >= 0; --i)
-        if (FList[std::size_t(i)]->Visible())
-            return FList[std::size_t(i)].get();
+        if (FList[std::size_t(i)]->Visible()) return FList[std::size_t(i)].get();
     return nullptr;
 }
 
 void TWgHeaderSections::Assign(const TWgHeaderSections& Source) {
-    if (&Source == this)
-        return;
+    if (&Source == this) return;
     Clear();
     for (auto& s : Source.FList) {
         TWgHeaderSection* section = AddSection();
@@ -328,21 +313,23 @@ void TWgHeaderSections::Assign(const TWgHeaderSections& Source) {
 
 WideString TWgHeaderSections::SectionsOrder() const {
     WideString result;
-    for (auto& s : FList)
-        result += u"i" + IntToWide(s->FSectionIndex) + u":w" + IntToWide(s->FWidth) + u":v" +
-                  (s->FVisible ? u"t," : u"f,");
+    for (auto& s : FList) {
+        result += u'i';
+        result += IntToWide(s->FSectionIndex);
+        result += u":w";
+        result += IntToWide(s->FWidth);
+        result += s->FVisible ? u":vt," : u":vf,";
+    }
     return result;
 }
 
 void TWgHeaderSections::SetSectionsOrder(const WideString& Value) {
-    if (FOwner && (FOwner->Loading() || FOwner->Designing()))
-        return;
+    if (FOwner && (FOwner->Loading() || FOwner->Designing())) return;
     int next = 0;
     std::size_t start = 0;
     while (start < Value.size()) {
         std::size_t end = Value.find(u',', start);
-        if (end == WideString::npos)
-            end = Value.size();
+        if (end == WideString::npos) end = Value.size();
         const WideString group = Value.substr(start, end - start);
         start = end + 1;
         // i<index>:w<width>:v<t|f>
@@ -351,8 +338,7 @@ void TWgHeaderSections::SetSectionsOrder(const WideString& Value) {
         std::size_t p = 1;
         auto number = [&](long& Out) {
             bool neg = p < group.size() && group[p] == u'-';
-            if (neg)
-                ++p;
+            if (neg) ++p;
             const std::size_t digits = p;
             long v = 0;
             while (p < group.size() && group[p] >= u'0' && group[p] <= u'9' && v < 100000000)
@@ -367,13 +353,10 @@ void TWgHeaderSections::SetSectionsOrder(const WideString& Value) {
         ok = ok && group.compare(p, 2, u":v") == 0;
         p += 2;
         ok = ok && p < group.size();
-        if (ok)
-            visible = group[p] == u't';
-        if (!ok)
-            continue;
+        if (ok) visible = group[p] == u't';
+        if (!ok) continue;
         TWgHeaderSection* section = FindSectionByIndex(int(index));
-        if (!section)
-            continue;
+        if (!section) continue;
         const int old = IndexOf(section);
         if (old != next && next < Count()) {
             std::unique_ptr<TWgHeaderSection> moving = std::move(FList[std::size_t(old)]);
@@ -384,6 +367,5 @@ void TWgHeaderSections::SetSectionsOrder(const WideString& Value) {
         section->SetWidth(int(width));
         section->SetVisible(visible);
     }
-    if (FOwner)
-        FOwner->Repaint(nullptr);
+    if (FOwner) FOwner->Repaint(nullptr);
 }

@@ -177,6 +177,11 @@ public:
 private:
     friend class TWgHeaderSection;
     TWgHeaderSection* NewSection(int Position);
+    // Reading: a section whose identity the record gives, and the parent
+    // fix-up, which cuts any cycle the data would make.
+    TWgHeaderSection* AppendRead();
+    void ResolveReadParents();
+    void AllocateReadTags();
 
     TWgHeaderModel* FOwner;
     std::vector<std::unique_ptr<TWgHeaderSection>> FList;

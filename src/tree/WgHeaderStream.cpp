@@ -5,6 +5,8 @@
 #include "tree/WgStreamIO.h"
 #include "wide/CodePage.h"
 
+#include <unordered_set>
+
 using namespace WgStreamIO;
 
 namespace {
@@ -103,7 +105,7 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
     std::uint8_t r[SectionRecordSize];
     for (std::int32_t n = 0; n < count; ++n) {
         Stream.ReadBuffer(r, recordSize);
-        TWgHeaderSection* s = AddSection();
+        TWgHeaderSection* s = AppendRead();
         bool autoSize = false; // set after the caption, which would fit the width
         if (version == -4) {
             s->SetVisibleRaw(r[0] != 0);
@@ -138,8 +140,7 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
                 s->FilterEnabled = r[60] != 0;
                 s->TextLayout = r[61];
                 s->UseMainStyle = r[62] != 0;
-                if (version == -9)
-                    autoSize = r[63] != 0;
+                if (version == -9) autoSize = r[63] != 0;
             }
         } else {
             ReadCommonHead(r, *s);
@@ -157,28 +158,70 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
             s->TextLayout = r[65];
             s->UseMainStyle = r[66] != 0;
             autoSize = r[67] != 0;
-            if (version <= -11)
-                s->Tag = GetI32(r, 68);
+            if (version <= -11) s->Tag = GetI32(r, 68);
         }
         s->SetText(AnsiToWide(ReadAnsiZ(Stream)));
         s->SetFieldName(ReadAnsiZ(Stream));
-        if (hasPopup)
-            s->SetPopupName(ReadAnsiCounted(Stream));
+        if (hasPopup) s->SetPopupName(ReadAnsiCounted(Stream));
         if (hasHint)
             s->SetHint(wideHint ? ReadWideCounted(Stream) : AnsiToWide(ReadAnsiCounted(Stream)));
         s->SetAutoSizeRaw(autoSize);
     }
-    // Parents by list position as it stands at the end: a parent may follow
-    // its child.
-    for (auto& s : FList) {
-        const std::int32_t parent = s->ParentIndex();
-        s->SetParentIndex(-1);
-        if (parent >= 0 && parent < Count())
-            s->SetParentSection(FList[std::size_t(parent)].get());
-    }
-    if (FOwner)
-        FOwner->Repaint(nullptr);
+    if (version > -10) AllocateReadTags(); // older layouts have no tag
+    ResolveReadParents();
+    if (FOwner) FOwner->Repaint(nullptr);
 }
 
-void TWgHeaderSections::LoadFromStream(TStream& Stream) { IntReadData(Stream, false); }
-void TWgHeaderSections::ReadData(TStream& Stream) { IntReadData(Stream, true); }
+void TWgHeaderSections::LoadFromStream(TStream& Stream) {
+    IntReadData(Stream, false);
+}
+void TWgHeaderSections::ReadData(TStream& Stream) {
+    IntReadData(Stream, true);
+}
+
+TWgHeaderSection* TWgHeaderSections::AppendRead() {
+    FList.emplace_back(CreateSection());
+    TWgHeaderSection* section = FList.back().get();
+    if (FOwner) FOwner->SectionCreated(section);
+    return section;
+}
+
+void TWgHeaderSections::AllocateReadTags() {
+    std::unordered_set<std::uint32_t> used;
+    for (auto& s : FList) {
+        std::uint32_t tag = std::uint32_t(reinterpret_cast<std::uintptr_t>(s.get()));
+        while (!used.insert(tag).second)
+            ++tag;
+        s->FSectionTag = tag;
+    }
+}
+
+// Parents by list position as it stands at the end: a parent may follow its
+// child. A chain that would close a cycle is cut where it closes.
+void TWgHeaderSections::ResolveReadParents() {
+    const int count = Count();
+    std::vector<int> parent(std::size_t(count), -1);
+    for (int i = 0; i < count; ++i) {
+        TWgHeaderSection& s = *FList[std::size_t(i)];
+        if (s.FParentIndex >= 0 && s.FParentIndex < count) parent[std::size_t(i)] = s.FParentIndex;
+        s.FParentIndex = -1;
+    }
+    std::vector<std::uint8_t> state(std::size_t(count), 0); // 1 on this walk, 2 settled
+    std::vector<int> walk;
+    for (int i = 0; i < count; ++i) {
+        walk.clear();
+        for (int at = i; at >= 0 && state[std::size_t(at)] == 0;) {
+            state[std::size_t(at)] = 1;
+            walk.push_back(at);
+            const int next = parent[std::size_t(at)];
+            if (next >= 0 && state[std::size_t(next)] == 1) parent[std::size_t(at)] = -1;
+            at = parent[std::size_t(at)];
+        }
+        for (int w : walk)
+            state[std::size_t(w)] = 2;
+    }
+    for (int i = 0; i < count; ++i) {
+        const int p = parent[std::size_t(i)];
+        FList[std::size_t(i)]->FParentSection = p >= 0 ? FList[std::size_t(p)].get() : nullptr;
+    }
+}

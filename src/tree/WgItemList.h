@@ -19,8 +19,7 @@ public:
     int Count() const { return FSize - FGapLen; }
     int Capacity() const { return FSize; }
     void SetCapacity(int Value) {
-        if (Value > FSize)
-            Regrow(Value);
+        if (Value > FSize) Regrow(Value);
     }
 
     T* operator[](int Index) const { return Get(Index); }
@@ -43,20 +42,26 @@ public:
     void Insert(int Index, T* Item) {
         if (Index < 0 || Index > Count())
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, Index));
-        if (FGapLen == 0)
-            Regrow(FSize < 16 ? 16 : FSize * 2);
+        if (FGapLen == 0) Regrow(FSize < 16 ? 16 : FSize * 2);
         MoveGap(Index);
         FBuf[FGapStart++] = Item;
         --FGapLen;
     }
     void Delete(int Index) { DeleteRange(Index, 1); }
     void DeleteRange(int Index, int N) {
-        if (N <= 0)
-            return;
+        if (N <= 0) return;
         if (Index < 0 || Index + N > Count())
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, Index));
         MoveGap(Index);
         FGapLen += N;
+    }
+    // Removes every null element, keeping the order of the others.
+    void RemoveNulls() {
+        int to = 0;
+        const int n = Count();
+        for (int i = 0; i < n; ++i)
+            if (T* item = At(i)) Put(to++, item);
+        DeleteRange(to, n - to);
     }
     void Clear() {
         FBuf.reset();
@@ -67,28 +72,23 @@ public:
     int IndexOfFrom(const T* Item, int From) const {
         const int n = Count();
         for (int i = std::max(From, 0); i < n; ++i)
-            if (At(i) == Item)
-                return i;
+            if (At(i) == Item) return i;
         return -1;
     }
     int IndexOfBack(const T* Item) const {
         for (int i = Count() - 1; i >= 0; --i)
-            if (At(i) == Item)
-                return i;
+            if (At(i) == Item) return i;
         return -1;
     }
     // Searches outward from a remembered index; the answer is the same as
     // IndexOf's, found quickly when the item has moved little since.
     int IndexNear(const T* Item, int Hint) const {
         const int n = Count();
-        if (n == 0)
-            return -1;
+        if (n == 0) return -1;
         Hint = std::clamp(Hint, 0, n - 1);
         for (int d = 0; Hint - d >= 0 || Hint + d < n; ++d) {
-            if (Hint + d < n && At(Hint + d) == Item)
-                return Hint + d;
-            if (d > 0 && Hint - d >= 0 && At(Hint - d) == Item)
-                return Hint - d;
+            if (Hint + d < n && At(Hint + d) == Item) return Hint + d;
+            if (d > 0 && Hint - d >= 0 && At(Hint - d) == Item) return Hint - d;
         }
         return -1;
     }
@@ -96,15 +96,12 @@ public:
     // Moves N elements starting at From so that they start before the
     // element that stood at To before the move (To may equal Count).
     void MoveRange(int From, int N, int To) {
-        if (N <= 0 || From == To)
-            return;
+        if (N <= 0 || From == To) return;
         if (From < 0 || From + N > Count() || To < 0 || To > Count())
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, From));
-        if (To >= From && To <= From + N)
-            return; // a target inside the range itself moves nothing
+        if (To >= From && To <= From + N) return; // a target inside the range itself moves nothing
         const int lo = std::min(From, To), hi = std::max(From + N, To);
-        if (FGapStart > lo && FGapStart < hi)
-            MoveGap(FGapStart - lo < hi - FGapStart ? lo : hi);
+        if (FGapStart > lo && FGapStart < hi) MoveGap(FGapStart - lo < hi - FGapStart ? lo : hi);
         const int off = FGapStart <= lo ? FGapLen : 0;
         T** base = FBuf.get() + off;
         if (To < From)
@@ -135,13 +132,11 @@ private:
 
     void Regrow(int NewSize) {
         const int count = Count();
-        if (NewSize < count)
-            NewSize = count;
+        if (NewSize < count) NewSize = count;
         std::unique_ptr<T*[]> nb(new T*[std::size_t(NewSize)]);
         T** b = FBuf.get();
         const int tail = FSize - FGapStart - FGapLen;
-        if (FGapStart > 0)
-            std::memcpy(nb.get(), b, std::size_t(FGapStart) * sizeof(T*));
+        if (FGapStart > 0) std::memcpy(nb.get(), b, std::size_t(FGapStart) * sizeof(T*));
         if (tail > 0)
             std::memcpy(nb.get() + NewSize - tail, b + FGapStart + FGapLen,
                         std::size_t(tail) * sizeof(T*));

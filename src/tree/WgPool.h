@@ -45,8 +45,7 @@ public:
             FFree = *static_cast<void**>(p);
             return p;
         }
-        if (FNext == FEnd)
-            NewChunk();
+        if (FNext == FEnd) NewChunk();
         void* p = FNext;
         FNext += FSlot;
         return p;
@@ -57,8 +56,7 @@ public:
 #ifdef LEXSMITH_POOL_BYPASS
         ::operator delete(P);
 #else
-        if (!P)
-            return;
+        if (!P) return;
         *static_cast<void**>(P) = FFree;
         FFree = P;
         if (--FLive == 0) {
@@ -69,16 +67,19 @@ public:
 #endif
     }
 
-    std::size_t Live() const { return FLive; }
+    std::size_t Live() const {
+        return FLive;
+    }
 
 private:
     static constexpr std::size_t ChunkBytes = 256 * 1024;
-    static std::size_t RoundUp(std::size_t N, std::size_t A) { return (N + A - 1) / A * A; }
+    static std::size_t RoundUp(std::size_t N, std::size_t A) {
+        return (N + A - 1) / A * A;
+    }
 
     void NewChunk() {
         std::size_t count = ChunkBytes / FSlot;
-        if (count == 0)
-            count = 1;
+        if (count == 0) count = 1;
         FChunks.emplace_back(new unsigned char[count * FSlot]);
         FNext = FChunks.back().get();
         FEnd = FNext + count * FSlot;

@@ -49,7 +49,9 @@ inline void PutU32(std::uint8_t* R, int Offset, std::uint32_t V) {
     R[Offset + 2] = std::uint8_t(V >> 16);
     R[Offset + 3] = std::uint8_t(V >> 24);
 }
-inline void PutI32(std::uint8_t* R, int Offset, std::int32_t V) { PutU32(R, Offset, std::uint32_t(V)); }
+inline void PutI32(std::uint8_t* R, int Offset, std::int32_t V) {
+    PutU32(R, Offset, std::uint32_t(V));
+}
 inline void PutU16(std::uint8_t* R, int Offset, std::uint16_t V) {
     R[Offset] = std::uint8_t(V);
     R[Offset + 1] = std::uint8_t(V >> 8);

@@ -159,9 +159,7 @@ public:
     void SetData(void* Value) { FData = Value; }
     void* ObjectData() const { return FExtra ? FExtra->ObjectData : nullptr; }
     void SetObjectData(void* Value) { Extra().ObjectData = Value; }
-    std::shared_ptr<void> DataInterface() const {
-        return FExtra ? FExtra->DataInterface : nullptr;
-    }
+    std::shared_ptr<void> DataInterface() const { return FExtra ? FExtra->DataInterface : nullptr; }
     void SetDataInterface(std::shared_ptr<void> Value) { Extra().DataInterface = std::move(Value); }
     TWgTreeItemExtra& Extra();
     TWgTreeItemExtra* ExtraIfAny() const { return FExtra.get(); }
@@ -249,9 +247,16 @@ private:
     friend class TWgItemStreamReader;
 
     void Attach(TWgTreeItem* Child);
+    void CreateTextBlock();
     void CreateBlocks();
     TWgTreeItemTextExtra& TextExtra();
-    void DeleteChildInBatch(TWgTreeItem* Child, std::vector<TWgTreeItem*>* Batch);
+    struct TDeleteBatch {
+        int First = -1; // flat index of the subtree's top item
+        int Last = -1;  // flat index of its last descendant
+        int Next = -1;  // flat index of the next item to go
+        bool Consistent = true;
+    };
+    void DeleteChildInBatch(TWgTreeItem* Child, TDeleteBatch* Batch);
     void FreeBlocks();
     void ParseMarkup();
     void ReleaseMarkup();
@@ -273,4 +278,12 @@ private:
     std::int32_t FTag = 0;
     mutable std::int32_t FIndexHint = 0; // last known index in AllList
     TWgTreeModel* FOwner;
+    // The blocks live inside the item when it has them, so that a row is one
+    // allocation; the pointers above say whether they exist.
+    union {
+        TWgTreeItemStaticData FInlineText;
+    };
+    union {
+        TWgTreeItemStaticDataEx FInlineEx;
+    };
 };

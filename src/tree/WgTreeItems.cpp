@@ -8,7 +8,7 @@
 TWgTreeItems::TWgTreeItems(TWgTreeModel* Owner) : FOwner(Owner) {
     FRoot = new TWgTreeItem(Owner);
     FRoot->FFlags = RootItemFlags;
-    FRoot->FStaticData = new TWgTreeItemStaticData;
+    FRoot->CreateTextBlock();
 }
 
 TWgTreeItems::~TWgTreeItems() {
@@ -21,7 +21,9 @@ TWgTreeItem* TWgTreeItems::CreateItem() {
     return ItemClass ? ItemClass(FOwner) : new TWgTreeItem(FOwner);
 }
 
-int TWgTreeItems::Count() const { return FOwner->AllList().Count(); }
+int TWgTreeItems::Count() const {
+    return FOwner->AllList().Count();
+}
 
 TWgTreeItem* TWgTreeItems::Item(int Index) const {
     const auto& all = FOwner->AllList();
@@ -29,8 +31,7 @@ TWgTreeItem* TWgTreeItems::Item(int Index) const {
 }
 
 TWgTreeItem* TWgTreeItems::ItemAsVis(int Index) const {
-    if (Index < 0)
-        return nullptr;
+    if (Index < 0) return nullptr;
     const auto& all = FOwner->AllList();
     const bool filter = FOwner->FilteredVisibility();
     int row = 0;
@@ -40,15 +41,18 @@ TWgTreeItem* TWgTreeItems::ItemAsVis(int Index) const {
             i = FOwner->SubtreeEnd(i);
             continue;
         }
-        if (row++ == Index)
-            return item;
+        if (row++ == Index) return item;
         i = item->Expanded() ? i + 1 : FOwner->SubtreeEnd(i);
     }
     return nullptr;
 }
 
-void TWgTreeItems::BeginUpdate() { FOwner->BeginUpdate(); }
-void TWgTreeItems::EndUpdate() { FOwner->EndUpdate(); }
+void TWgTreeItems::BeginUpdate() {
+    FOwner->BeginUpdate();
+}
+void TWgTreeItems::EndUpdate() {
+    FOwner->EndUpdate();
+}
 
 void TWgTreeItems::AfterAdd(TWgTreeItem* Parent) {
     if (Parent->FullyExpanded() && Parent->Expanded())
@@ -88,8 +92,7 @@ TWgTreeItem* TWgTreeItems::AddFirst(TWgTreeItem* Sibling, const WideString& Text
 TWgTreeItem* TWgTreeItems::AddObject(TWgTreeItem* Sibling, const WideString& Text, void* Ptr) {
     return AddItem(ParentOfSibling(Sibling, FRoot), 0, Text, Ptr, true);
 }
-TWgTreeItem* TWgTreeItems::AddObjectFirst(TWgTreeItem* Sibling, const WideString& Text,
-                                          void* Ptr) {
+TWgTreeItem* TWgTreeItems::AddObjectFirst(TWgTreeItem* Sibling, const WideString& Text, void* Ptr) {
     return AddItem(ParentOfSibling(Sibling, FRoot), 0, Text, Ptr, false);
 }
 TWgTreeItem* TWgTreeItems::AddChild(TWgTreeItem* Parent, const WideString& Text) {
@@ -109,8 +112,7 @@ TWgTreeItem* TWgTreeItems::Insert(TWgTreeItem* Sibling, const WideString& Text) 
     return InsertObject(Sibling, Text, nullptr);
 }
 TWgTreeItem* TWgTreeItems::InsertObject(TWgTreeItem* Sibling, const WideString& Text, void* Ptr) {
-    if (!Sibling || !Sibling->ParentItem())
-        return AddItem(FRoot, 0, Text, Ptr, false);
+    if (!Sibling || !Sibling->ParentItem()) return AddItem(FRoot, 0, Text, Ptr, false);
     return AddItem(Sibling->ParentItem(), Sibling->Index(), Text, Ptr, false);
 }
 TWgTreeItem* TWgTreeItems::InsertAfter(TWgTreeItem* Sibling, const WideString& Text) {
@@ -118,8 +120,7 @@ TWgTreeItem* TWgTreeItems::InsertAfter(TWgTreeItem* Sibling, const WideString& T
 }
 TWgTreeItem* TWgTreeItems::InsertAfterObject(TWgTreeItem* Sibling, const WideString& Text,
                                              void* Ptr) {
-    if (!Sibling || !Sibling->ParentItem())
-        return AddItem(FRoot, 0, Text, Ptr, false);
+    if (!Sibling || !Sibling->ParentItem()) return AddItem(FRoot, 0, Text, Ptr, false);
     return AddItem(Sibling->ParentItem(), Sibling->Index() + 1, Text, Ptr, false);
 }
 
@@ -137,13 +138,11 @@ TWgTreeItem* TWgTreeItems::AddLastItem(TWgTreeItem* Parent) {
 
 void TWgTreeItems::AllocateStorage(int Count) {
     const int capacity = int((std::uint32_t(Count) + 0x4FF) & 0xFFFFFB00u);
-    if (capacity > FOwner->AllList().Capacity())
-        FOwner->AllList().SetCapacity(capacity);
+    if (capacity > FOwner->AllList().Capacity()) FOwner->AllList().SetCapacity(capacity);
 }
 
 void TWgTreeItems::Delete(TWgTreeItem* Item) {
-    if (!Item || Item == FRoot || !Item->ParentItem())
-        return;
+    if (!Item || Item == FRoot || !Item->ParentItem()) return;
     TWgTreeLock lock(*FOwner);
     TWgTreeItem* parent = Item->ParentItem();
     parent->DeleteChild(Item);
@@ -156,24 +155,20 @@ void TWgTreeItems::Clear() {
     TWgTreeLock lock(*FOwner);
     FOwner->DoSetFocused(nullptr, true);
     FOwner->DeselectAll();
-    if (TWgTreeViewLink* view = FOwner->View())
-        view->ClearVisibleRows();
+    if (TWgTreeViewLink* view = FOwner->View()) view->ClearVisibleRows();
     // Without multi-selection no item looks for itself in the selection list.
     const bool multiSelect = FOwner->FMultiSelect;
     FOwner->FMultiSelect = false;
     while (FRoot->HasChildren())
         FRoot->DeleteChild(FRoot->GetLastChild());
     FOwner->FMultiSelect = multiSelect;
-    if (FOwner->FSelectedList)
-        FOwner->FSelectedList->SetCapacity(0);
+    if (FOwner->FSelectedList) FOwner->FSelectedList->SetCapacity(0);
     FOwner->MarkStale(tsmHRange);
-    if (count > 0)
-        FOwner->MarkStale(tsmClearVis | tsmVisUpdated | tsmUpdated | tsmClearAll);
+    if (count > 0) FOwner->MarkStale(tsmClearVis | tsmVisUpdated | tsmUpdated | tsmClearAll);
 }
 
 void TWgTreeItems::Assign(const TWgTreeItems& Source) {
-    if (&Source == this)
-        return;
+    if (&Source == this) return;
     FRoot->Assign(*Source.FRoot);
     FRoot->FFlags = RootItemFlags | (FRoot->FFlags & (ifFocused | ifSelected));
 }

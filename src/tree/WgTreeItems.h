@@ -38,8 +38,7 @@ public:
     virtual TWgTreeItem* Insert(TWgTreeItem* Sibling, const WideString& Text);
     virtual TWgTreeItem* InsertObject(TWgTreeItem* Sibling, const WideString& Text, void* Ptr);
     virtual TWgTreeItem* InsertAfter(TWgTreeItem* Sibling, const WideString& Text);
-    virtual TWgTreeItem* InsertAfterObject(TWgTreeItem* Sibling, const WideString& Text,
-                                           void* Ptr);
+    virtual TWgTreeItem* InsertAfterObject(TWgTreeItem* Sibling, const WideString& Text, void* Ptr);
     virtual void Delete(TWgTreeItem* Item);
     virtual void BeginUpdate();
     virtual void EndUpdate();

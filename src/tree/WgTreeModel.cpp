@@ -18,32 +18,11 @@ TWgTreeModel::~TWgTreeModel() {
         delete data;
 }
 
-void TWgTreeModel::BeginUpdate() {
-    ++FUpdateCount;
-    if (FView)
-        FView->UpdateBegun();
-}
-
-void TWgTreeModel::EndUpdate() {
-    --FUpdateCount;
-    if (FView && !FDestroying)
-        FView->UpdateEnded(FUpdateCount);
-}
-
-void TWgTreeModel::MarkStale(std::uint32_t Marks) {
-    if (Marks & tsmVisUpdated)
-        FTotalVisible = 0;
-    if (FView)
-        FView->MarkStale(Marks);
-}
-
 int TWgTreeModel::IndexOfItem(const TWgTreeItem* Item) const {
-    if (!Item)
-        return -1;
+    if (!Item) return -1;
     const int n = FAllList.Count();
     const int hint = Item->FIndexHint;
-    if (hint >= 0 && hint < n && FAllList.At(hint) == Item)
-        return hint;
+    if (hint >= 0 && hint < n && FAllList.At(hint) == Item) return hint;
     const int index = FAllList.IndexNear(Item, hint);
     Item->FIndexHint = index;
     return index;
@@ -51,14 +30,12 @@ int TWgTreeModel::IndexOfItem(const TWgTreeItem* Item) const {
 
 int TWgTreeModel::SubtreeEnd(int Index) const {
     const TWgTreeItem* item = FAllList.At(Index);
-    if (!item->HasChildren())
-        return Index + 1;
+    if (!item->HasChildren()) return Index + 1;
     return IndexOfItem(item->LastSubItem()) + 1;
 }
 
 int TWgTreeModel::TotalVisible() {
-    if (FTotalVisible != 0)
-        return FTotalVisible;
+    if (FTotalVisible != 0) return FTotalVisible;
     int count = 0;
     const int n = FAllList.Count();
     for (int i = 0; i < n;) {
@@ -75,8 +52,7 @@ int TWgTreeModel::TotalVisible() {
 }
 
 void TWgTreeModel::SetVirtualityLevel(TVirtualityLevel Value) {
-    if (Value == FVirtualityLevel)
-        return;
+    if (Value == FVirtualityLevel) return;
     if (FView && !FView->Confirm(WgTreeMessages::SVirtualityWarning,
                                  WgTreeMessages::SVirtualityWarningTitle))
         return;
@@ -85,13 +61,11 @@ void TWgTreeModel::SetVirtualityLevel(TVirtualityLevel Value) {
 }
 
 void TWgTreeModel::SetMultiSelect(bool Value) {
-    if (Value == FMultiSelect)
-        return;
+    if (Value == FMultiSelect) return;
     FMultiSelect = Value;
     if (Value) {
         FSelectedList = std::make_unique<TWgList<TWgTreeItem>>();
-        if (FSelAnchor && FSelAnchor->Selected())
-            FSelectedList->Add(FSelAnchor);
+        if (FSelAnchor && FSelAnchor->Selected()) FSelectedList->Add(FSelAnchor);
     } else {
         // Single selection keeps at most the anchor selected.
         for (TWgTreeItem* item : FSelectedList->Items())
@@ -104,8 +78,7 @@ void TWgTreeModel::SetMultiSelect(bool Value) {
 }
 
 void TWgTreeModel::DoSetFocused(TWgTreeItem* Item, bool /*Forced*/) {
-    if (Item == FFocused)
-        return;
+    if (Item == FFocused) return;
     TWgTreeItem* old = FFocused;
     if (old) {
         old->FFlags &= ~ifFocused;
@@ -116,32 +89,26 @@ void TWgTreeModel::DoSetFocused(TWgTreeItem* Item, bool /*Forced*/) {
         Item->FFlags |= ifFocused;
         Item->RepaintItem();
     }
-    if (FFocusHold == 0 && OnItemFocused)
-        OnItemFocused(*this);
+    if (FFocusHold == 0 && OnItemFocused) OnItemFocused(*this);
 }
 
 void TWgTreeModel::ReleaseFocusEvent(TWgTreeItem* OldFocused) {
-    if (--FFocusHold == 0 && FFocused != OldFocused && OnItemFocused)
-        OnItemFocused(*this);
+    if (--FFocusHold == 0 && FFocused != OldFocused && OnItemFocused) OnItemFocused(*this);
 }
 
 void TWgTreeModel::SetItemSelected(TWgTreeItem* Item, bool Value) {
-    if (!Item || Item->Selected() == Value)
-        return;
+    if (!Item || Item->Selected() == Value) return;
     if (Value) {
         Item->FFlags |= ifSelected;
-        if (FMultiSelect && FSelectedList)
-            FSelectedList->Add(Item);
+        if (FMultiSelect && FSelectedList) FSelectedList->Add(Item);
     } else {
         Item->FFlags &= ~ifSelected;
         if (FSelectedList) {
             int index = FSelectedList->IndexOfBack(Item);
-            if (index >= 0)
-                FSelectedList->Delete(index);
+            if (index >= 0) FSelectedList->Delete(index);
         }
     }
-    if (OnItemSelectedChange)
-        OnItemSelectedChange(*this, Item);
+    if (OnItemSelectedChange) OnItemSelectedChange(*this, Item);
     Item->RepaintItem();
 }
 
@@ -151,8 +118,7 @@ void TWgTreeModel::DeselectAll() {
         FSelectedList->Clear();
         for (TWgTreeItem* item : items) {
             item->FFlags &= ~ifSelected;
-            if (OnItemSelectedChange)
-                OnItemSelectedChange(*this, item);
+            if (OnItemSelectedChange) OnItemSelectedChange(*this, item);
             item->RepaintItem();
         }
     } else if (FSelAnchor) {
@@ -163,13 +129,10 @@ void TWgTreeModel::DeselectAll() {
 bool TWgTreeModel::SkippedByWalk(const TWgTreeItem* Item, bool VisibleOnly,
                                  bool IncludeCollapsed) const {
     const bool filter = VisibleOnly && FFilteredVisibility;
-    if (filter && Item->Hidden())
-        return true;
+    if (filter && Item->Hidden()) return true;
     for (const TWgTreeItem* p = Item->ParentItem(); p && p->ParentItem(); p = p->ParentItem()) {
-        if (filter && p->Hidden())
-            return true;
-        if (!IncludeCollapsed && !p->Expanded())
-            return true;
+        if (filter && p->Hidden()) return true;
+        if (!IncludeCollapsed && !p->Expanded()) return true;
     }
     return false;
 }
@@ -193,8 +156,7 @@ void TWgTreeModel::IterateRange(int From, bool Backward, bool VisibleOnly, bool 
     } else {
         for (int i = std::min(From, FAllList.Count() - 1); go && i >= 0; --i) {
             TWgTreeItem* item = FAllList.At(i);
-            if (i != From && SkippedByWalk(item, VisibleOnly, IncludeCollapsed))
-                continue;
+            if (i != From && SkippedByWalk(item, VisibleOnly, IncludeCollapsed)) continue;
             Proc(item, index++, go, IterateData, this);
             i = std::min(i, FAllList.Count());
         }
@@ -210,14 +172,12 @@ void TWgTreeModel::IterateBack(bool VisibleOnly, bool IncludeCollapsed, const TW
                                void* IterateData) {
     // From the end; the last item is subject to the same skipping rules.
     const int last = FAllList.Count() - 1;
-    if (last < 0)
-        return;
+    if (last < 0) return;
     if (SkippedByWalk(FAllList.At(last), VisibleOnly, IncludeCollapsed)) {
         int i = last;
         while (i >= 0 && SkippedByWalk(FAllList.At(i), VisibleOnly, IncludeCollapsed))
             --i;
-        if (i < 0)
-            return;
+        if (i < 0) return;
         IterateRange(i, true, VisibleOnly, IncludeCollapsed, Proc, IterateData);
         return;
     }
@@ -227,8 +187,7 @@ void TWgTreeModel::IterateBack(bool VisibleOnly, bool IncludeCollapsed, const TW
 void TWgTreeModel::IterateFrom(bool VisibleOnly, bool IncludeCollapsed, const TWgIterateProc& Proc,
                                void* IterateData, TWgTreeItem* StartFrom) {
     const int start = StartFrom ? IndexOfItem(StartFrom) : 0;
-    if (start < 0)
-        return;
+    if (start < 0) return;
     IterateRange(start, false, VisibleOnly, IncludeCollapsed, Proc, IterateData);
 }
 
@@ -240,15 +199,14 @@ void TWgTreeModel::IterateBackFrom(bool VisibleOnly, bool IncludeCollapsed,
         return;
     }
     const int start = IndexOfItem(StartFrom);
-    if (start >= 0)
-        IterateRange(start, true, VisibleOnly, IncludeCollapsed, Proc, IterateData);
+    if (start >= 0) IterateRange(start, true, VisibleOnly, IncludeCollapsed, Proc, IterateData);
 }
 
 void TWgTreeModel::ApplyVisFilter() {
-    if (!OnApplyVisFilter)
-        return;
+    if (!OnApplyVisFilter) return;
     for (int i = 0; i < FAllList.Count(); ++i) {
         TWgTreeItem* item = FAllList.At(i);
+        if (!item) continue; // the slot of an item deleted with its subtree
         bool hidden = item->Hidden();
         OnApplyVisFilter(*this, item, hidden);
         item->SetHidden(hidden);
@@ -256,8 +214,7 @@ void TWgTreeModel::ApplyVisFilter() {
 }
 
 TWgTreeItemStaticDataEx* TWgTreeModel::TakeStaticData() {
-    if (FStaticDataPool.empty())
-        return new TWgTreeItemStaticDataEx;
+    if (FStaticDataPool.empty()) return new TWgTreeItemStaticDataEx;
     TWgTreeItemStaticDataEx* data = FStaticDataPool.back();
     FStaticDataPool.pop_back();
     data->Reset();
@@ -272,12 +229,9 @@ void TWgTreeModel::ReturnStaticData(TWgTreeItemStaticDataEx* Data) {
 }
 
 void TWgTreeModel::SortNow(TWgTreeItem* Parent, bool Recursive) {
-    if (OnSortBegin)
-        OnSortBegin(*this);
-    if (FView)
-        FView->SortChildren(Parent, Recursive);
-    if (OnSortEnd)
-        OnSortEnd(*this);
+    if (OnSortBegin) OnSortBegin(*this);
+    if (FView) FView->SortChildren(Parent, Recursive);
+    if (OnSortEnd) OnSortEnd(*this);
 }
 
 bool TWgTreeModel::AutoSortsOn(int SectionIndex) const {

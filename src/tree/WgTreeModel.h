@@ -69,12 +69,21 @@ public:
     void SetHeaderSections(TWgHeaderSections* Value) { FHeaderSections = Value; }
 
     // ---- the update lock
-    void BeginUpdate();
-    void EndUpdate();
+    void BeginUpdate() {
+        ++FUpdateCount;
+        if (FView) FView->UpdateBegun();
+    }
+    void EndUpdate() {
+        --FUpdateCount;
+        if (FView && !FDestroying) FView->UpdateEnded(FUpdateCount);
+    }
     int UpdateCount() const { return FUpdateCount; }
     bool IsLocked() const { return FUpdateCount > 0; }
     // Passes marks to the view; a recount mark also forgets TotalVisible.
-    void MarkStale(std::uint32_t Marks);
+    void MarkStale(std::uint32_t Marks) {
+        if (Marks & tsmVisUpdated) FTotalVisible = 0;
+        if (FView) FView->MarkStale(Marks);
+    }
 
     // ---- counters
     int HiddenCount() const { return FHiddenCount; }
@@ -214,6 +223,7 @@ private:
     TWgTreeItem* FFocused = nullptr;
     TWgTreeItem* FSelAnchor = nullptr;
     int FFocusHold = 0;
+    int FReadDepth = 0; // nesting of the item entry being read
 
     int FUpdateCount = 0;
     int FHiddenCount = 0;

@@ -19,6 +19,9 @@ constexpr int StyleRecordSize = 36;
 constexpr std::uint32_t ItemFlagsMask = 0x0418E100;
 constexpr std::uint32_t DroppedFlagsMask = 0x01800000;
 constexpr std::uint32_t RootForcedFlags = 0x02008000;
+// Entries nest by recursion; a blob nested deeper than this is refused
+// rather than allowed to exhaust the stack.
+constexpr int MaxReadDepth = 1000;
 
 void WriteStyle(TStream& Stream, const TWgCellStyle& Style) {
     std::uint8_t r[StyleRecordSize] = {};
@@ -72,8 +75,7 @@ void TWgTreeItem::WriteData(TStream& Stream) {
     std::uint8_t r[ItemRecordSize] = {};
     const TWgTreeItemStaticDataEx* ex = FStaticDataEx;
     std::uint16_t state = ex ? ex->State : 0;
-    if (Expanded())
-        state |= stExpanded;
+    if (Expanded()) state |= stExpanded;
     PutU16(r, 0, state);
     PutU32(r, 20, FFlags | StaticFlags());
     PutI32(r, 44, FixedHeight());
@@ -91,13 +93,14 @@ void TWgTreeItem::WriteData(TStream& Stream) {
         r[48] = ex->BorderStyle;
         PutI32(r, 52, ex->IndentAdjust);
         PutU32(r, 56, ex->StrikedLineColor);
-        PutU32(r, 64, (std::uint32_t(ex->OverlayIndex) & 0xFFFF) |
-                          (std::uint32_t(ex->OverlayIndex2) << 16));
+        PutU32(r, 64,
+               (std::uint32_t(ex->OverlayIndex) & 0xFFFF) |
+                   (std::uint32_t(ex->OverlayIndex2) << 16));
     }
     Stream.WriteBuffer(r, ItemRecordSize);
 
     Stream.WriteInt32(-1);
-    WriteWideCounted(Stream, GetHint());
+    WriteWideCounted(Stream, FStaticData ? Hint() : GetHint());
     const int columns = ColumnTextCount();
     Stream.WriteInt32(columns);
     for (int i = 0; i < columns; ++i)
@@ -121,8 +124,7 @@ void TWgTreeItem::WriteData(TStream& Stream) {
         for (int i = 0; i < StylesCount(); ++i)
             writeOne(GetStyles(i));
     }
-    if (tree->OnItemSave)
-        tree->OnItemSave(*tree, Stream, this);
+    if (tree->OnItemSave) tree->OnItemSave(*tree, Stream, this);
 
     Stream.WriteInt32(ChildrenCount());
     for (int i = 0; i < ChildrenCount(); ++i)
@@ -158,38 +160,35 @@ void ReadOldRecord(TStream& Stream, int Size, const int* O, TRecordFields& F) {
     F.Ex.ImageIndex = GetI32(r, O[1]);
     F.Ex.StateImageIndex = GetI32(r, O[2]);
     F.Ex.Color = GetU32(r, O[4]);
-    if (O[5] >= 0)
-        F.Ex.RowBkColor = GetU32(r, O[5]);
+    if (O[5] >= 0) F.Ex.RowBkColor = GetU32(r, O[5]);
     F.Ex.BkColor = GetU32(r, O[6]);
     F.Ex.CheckBoxState = r[O[10]];
     F.Ex.CheckBoxType = r[O[12]];
-    if (O[13] >= 0)
-        F.Ex.ImageIndex2 = GetI32(r, O[13]);
-    if (O[14] >= 0)
-        F.Ex.StateImageIndex2 = GetI32(r, O[14]);
+    if (O[13] >= 0) F.Ex.ImageIndex2 = GetI32(r, O[13]);
+    if (O[14] >= 0) F.Ex.StateImageIndex2 = GetI32(r, O[14]);
     F.FixedHeight = GetI32(r, O[19]);
     struct {
         int Offset;
         std::uint32_t Bit;
-    } statics[] = {{O[3], sfForceButtons},     {O[7], sfParentColors}, {O[8], sfParentStyle},
-                   {O[9], sfCheckBoxEnabled},  {O[11], sfShowCheckBox}, {O[20], sfSuppressLines}};
+    } statics[] = {{O[3], sfForceButtons},    {O[7], sfParentColors},  {O[8], sfParentStyle},
+                   {O[9], sfCheckBoxEnabled}, {O[11], sfShowCheckBox}, {O[20], sfSuppressLines}};
     for (auto& s : statics) {
         F.StaticHeld |= s.Bit;
-        if (r[s.Offset])
-            F.StaticSet |= s.Bit;
+        if (r[s.Offset]) F.StaticSet |= s.Bit;
     }
     F.StaticHeld |= sfUseBkColor;
-    if (useBkColor)
-        F.StaticSet |= sfUseBkColor;
+    if (useBkColor) F.StaticSet |= sfUseBkColor;
     // Item flags the record does not hold are cleared.
     struct {
         int Offset;
         std::uint32_t Bit;
-    } items[] = {{O[15], ifEnabled}, {O[16], ifHidden}, {O[17], ifMultiline},
-                 {O[18], ifOwnerHeight}, {O[21], ifIsHTML}};
+    } items[] = {{O[15], ifEnabled},
+                 {O[16], ifHidden},
+                 {O[17], ifMultiline},
+                 {O[18], ifOwnerHeight},
+                 {O[21], ifIsHTML}};
     for (auto& s : items)
-        if (r[s.Offset])
-            F.ItemFlags |= s.Bit;
+        if (r[s.Offset]) F.ItemFlags |= s.Bit;
 }
 
 } // namespace
@@ -204,8 +203,7 @@ void TWgTreeItem::ReadData(TStream& Stream) {
         text = AnsiToWide(ReadRaw(Stream, first));
     else
         text = ReadText(Stream, version <= -14);
-    if (FStaticData)
-        FStaticData->Text = text;
+    if (FStaticData) FStaticData->Text = text;
 
     // The fixed record.
     TRecordFields f;
@@ -238,11 +236,11 @@ void TWgTreeItem::ReadData(TStream& Stream) {
             f.Ex.OverlayIndex2 = std::int16_t(GetU16(r, 66));
         }
     } else if (version <= -10) {
-        static const int o60[] = {0, 4, 8, 12, 16, 20, 24, 28, 29, 30, 31,
+        static const int o60[] = {0,  4,  8,  12, 16, 20, 24, 28, 29, 30, 31,
                                   32, 33, -1, -1, 44, 45, 47, 48, 52, 56, 57};
         ReadOldRecord(Stream, 60, o60, f);
     } else if (version <= -7) {
-        static const int o52[] = {0, 4, 8, 12, 16, -1, 20, 24, 25, 26, 27,
+        static const int o52[] = {0,  4,  8,  12, 16, -1, 20, 24, 25, 26, 27,
                                   28, 29, 32, 36, 40, 41, 42, 43, 44, 48, 49};
         ReadOldRecord(Stream, 52, o52, f);
     } else {
@@ -253,25 +251,20 @@ void TWgTreeItem::ReadData(TStream& Stream) {
         const bool wasHidden = Hidden();
         if (TWgTreeItemStaticDataEx* ex = FStaticDataEx) {
             const std::uint32_t flags =
-                f.HasStaticFlags ? f.StaticFlags
-                                 : (ex->StaticFlags & ~f.StaticHeld) | f.StaticSet;
+                f.HasStaticFlags ? f.StaticFlags : (ex->StaticFlags & ~f.StaticHeld) | f.StaticSet;
             const std::uint16_t state = f.State;
             *ex = f.Ex;
             ex->StaticFlags = flags;
             ex->State = state;
         }
         FFlags = f.ItemFlags;
-        if (f.State & stExpanded)
-            FFlags |= ifExpanded;
-        if (f.HasTag)
-            FTag = f.Tag;
+        if (f.State & stExpanded) FFlags |= ifExpanded;
+        if (f.HasTag) FTag = f.Tag;
         FHeightWord = (std::uint32_t(f.FixedHeight & 0xFFFF) << 16) | 0xFFFF;
-        if (Hidden() != wasHidden)
-            tree->AdjustHiddenCount(Hidden() ? 1 : -1);
+        if (Hidden() != wasHidden) tree->AdjustHiddenCount(Hidden() ? 1 : -1);
     }
     // The root always counts as expanded and enabled.
-    if (!FParent)
-        FFlags |= RootForcedFlags;
+    if (!FParent) FFlags |= RootForcedFlags;
     if (FFlags & ifIsHTML) {
         FFlags &= ~ifIsHTML;
         SetIsHTML(true);
@@ -294,8 +287,7 @@ void TWgTreeItem::ReadData(TStream& Stream) {
             hint = ReadText(Stream, wideHint);
             columns = Stream.ReadInt32();
         }
-        if (columns < 0)
-            throw EReadError(RtlMessages::SReadError);
+        if (columns < 0) throw EReadError(RtlMessages::SReadError);
     }
     SetHint(hint);
     if (columns > 0 || ColumnTextCount() > 0) {
@@ -312,19 +304,16 @@ void TWgTreeItem::ReadData(TStream& Stream) {
         }
         list.OnChange = std::move(event);
     }
-    if (IsHTML() && tree->View() && !tree->Loading())
-        ParseMarkup();
+    if (IsHTML() && tree->View() && !tree->Loading()) ParseMarkup();
 
     // Styles.
     if (version != 0 && Stream.ReadByte() != 0) {
         const bool custom = version == -1 ? false : Stream.ReadByte() != 0;
         TWgCellStyle scratch;
         auto readOne = [&](TWgCellStyle* Style) {
-            if (!Style)
-                Style = &scratch;
+            if (!Style) Style = &scratch;
             if (custom) {
-                if (tree->OnCellStyleLoad)
-                    tree->OnCellStyleLoad(*tree, Stream, Style);
+                if (tree->OnCellStyleLoad) tree->OnCellStyleLoad(*tree, Stream, Style);
             } else {
                 ReadStyle(Stream, *Style);
             }
@@ -336,21 +325,29 @@ void TWgTreeItem::ReadData(TStream& Stream) {
         for (std::int32_t i = 0; i < styles; ++i)
             readOne(AddStyle());
     }
-    if (tree->OnItemLoad)
-        tree->OnItemLoad(*tree, Stream, this);
+    if (tree->OnItemLoad) tree->OnItemLoad(*tree, Stream, this);
 
     // Children, appended one at a time.
     const std::int32_t children = ReadCount(Stream, 0);
+    if (children > 0 && tree->FReadDepth >= MaxReadDepth)
+        throw EReadError(RtlMessages::SReadError); // nested too deep to be a real tree
     TWgTreeItems& items = tree->Items();
-    for (std::int32_t i = 0; i < children; ++i) {
-        TWgTreeItem* child = items.CreateItem();
-        {
-            TWgTreeLock lock(*tree);
-            AddChild(child);
-            items.AfterAdd(this);
+    ++tree->FReadDepth;
+    try {
+        for (std::int32_t i = 0; i < children; ++i) {
+            TWgTreeItem* child = items.CreateItem();
+            {
+                TWgTreeLock lock(*tree);
+                AddChild(child);
+                items.AfterAdd(this);
+            }
+            child->ReadData(Stream);
         }
-        child->ReadData(Stream);
+    } catch (...) {
+        --tree->FReadDepth;
+        throw;
     }
+    --tree->FReadDepth;
 }
 
 // ---- the collection
@@ -358,17 +355,14 @@ void TWgTreeItem::ReadData(TStream& Stream) {
 void TWgTreeItems::SaveToStream(TStream& Stream) {
     // The focus bit is not part of the stored form.
     TWgTreeItem* focused = FOwner->FocusedItem();
-    if (focused)
-        focused->FFlags &= ~ifFocused;
+    if (focused) focused->FFlags &= ~ifFocused;
     try {
         FRoot->WriteData(Stream);
     } catch (...) {
-        if (focused)
-            focused->FFlags |= ifFocused;
+        if (focused) focused->FFlags |= ifFocused;
         throw;
     }
-    if (focused)
-        focused->FFlags |= ifFocused;
+    if (focused) focused->FFlags |= ifFocused;
 }
 
 void TWgTreeItems::LoadFromStream(TStream& Stream) {

@@ -20,14 +20,14 @@ public:
 
 // Stale marks. The first four are the view's own, the rest the tree's.
 enum TWgStaleMark : std::uint32_t {
-    tsmClearVis = 0x01,          // the list of rows on screen must be rebuilt
-    tsmClearAll = 0x02,          // the whole client area is to be repainted
-    tsmVisUpdated = 0x04,        // the total count of visible rows must be recounted
-    tsmRedrawMark = 0x08,        // something is to be repainted
-    tsmUpdated = 0x10,           // scroll range and layout are to be updated
-    tsmHRange = 0x20,            // forget the horizontal range (HRange := -1)
-    tsmDelayedSort = 0x40,       // sort at the end of the update
-    tsmColumnSizeUpdate = 0x80,  // fit auto-sized columns at the end of the update
+    tsmClearVis = 0x01,         // the list of rows on screen must be rebuilt
+    tsmClearAll = 0x02,         // the whole client area is to be repainted
+    tsmVisUpdated = 0x04,       // the total count of visible rows must be recounted
+    tsmRedrawMark = 0x08,       // something is to be repainted
+    tsmUpdated = 0x10,          // scroll range and layout are to be updated
+    tsmHRange = 0x20,           // forget the horizontal range (HRange := -1)
+    tsmDelayedSort = 0x40,      // sort at the end of the update
+    tsmColumnSizeUpdate = 0x80, // fit auto-sized columns at the end of the update
 };
 inline constexpr std::uint32_t tsmAll =
     tsmClearVis | tsmClearAll | tsmVisUpdated | tsmRedrawMark | tsmUpdated;

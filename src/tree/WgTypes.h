@@ -40,7 +40,12 @@ enum TWgItemBorderStyle : std::uint8_t {
 };
 
 enum TVirtualityLevel : std::uint8_t { vlNone = 0, vlTextAndStyles = 1, vlAllProps = 2 };
-enum TItemChangeMode : std::uint8_t { icmText = 0, icmState = 1, icmCheckState = 2, icmColumnText = 3 };
+enum TItemChangeMode : std::uint8_t {
+    icmText = 0,
+    icmState = 1,
+    icmCheckState = 2,
+    icmColumnText = 3
+};
 enum TSortModes : std::uint8_t { smNone = 0, smAdd = 1, smClick = 2, smAddClick = 3 };
 
 // Font style bits as the cell style record stores them.
@@ -64,8 +69,8 @@ enum TWgItemFlag : std::uint32_t {
     ifWordWrap = 0x04000000,
 };
 
-inline constexpr std::uint32_t DefaultItemFlags = ifOwnerHeight | ifEnabled;           // 0x00108000
-inline constexpr std::uint32_t RootItemFlags = DefaultItemFlags | ifExpanded;          // 0x02108000
+inline constexpr std::uint32_t DefaultItemFlags = ifOwnerHeight | ifEnabled;  // 0x00108000
+inline constexpr std::uint32_t RootItemFlags = DefaultItemFlags | ifExpanded; // 0x02108000
 inline constexpr std::uint32_t DefaultHeightWord = 0x0000FFFF;
 // Flags that Assign does not copy: focus, selection, markup and the paint marks.
 inline constexpr std::uint32_t AssignSkippedFlags = 0x01880018;

@@ -7,6 +7,7 @@
 #include "tree/WgHeaderModel.h"
 
 #include <fstream>
+#include <random>
 #include <iterator>
 
 namespace {
@@ -31,16 +32,36 @@ TEST(FormData, OptionsTableRows) {
         const char* Text;
         int Tag;
     } rows[] = {
-        {"LineCommentA", 1},       {"LineCommentB", 1},        {"CommentStartA", 1},
-        {"CommentEndA", 1},        {"CommentStartB", 1},       {"CommentEndB", 1},
-        {"Char", 1},               {"String", 1},              {"StringOnLine", 8},
-        {"HexIdentifier", 1},      {"Escape", 1},              {"Symbols", 1},
-        {"Numbers", 1},            {"CaseSensitive", 8},       {"TagsCaseSensitive", 8},
-        {"NoTagsStart", 1},        {"NoTagsEnd", 1},           {"HighlightUrl", 8},
-        {"BlockEsc", 1},           {"CommentEsc", 1},          {"FoldOpt_AsBegin", 1},
-        {"FoldOpt_Separators", 1}, {"FoldOpt_Sections", 1},    {"FoldOpt_AutoIdExcludes", 1},
-        {"FoldOpt_Case", 8},       {"FoldOpt_FoldAllTags", 8}, {"Rgn_Start", 1},
-        {"Rgn_End", 1},            {"Rgn_CommentStart", 1},    {"AutoCompleteTags", 8},
+        {"LineCommentA", 1},
+        {"LineCommentB", 1},
+        {"CommentStartA", 1},
+        {"CommentEndA", 1},
+        {"CommentStartB", 1},
+        {"CommentEndB", 1},
+        {"Char", 1},
+        {"String", 1},
+        {"StringOnLine", 8},
+        {"HexIdentifier", 1},
+        {"Escape", 1},
+        {"Symbols", 1},
+        {"Numbers", 1},
+        {"CaseSensitive", 8},
+        {"TagsCaseSensitive", 8},
+        {"NoTagsStart", 1},
+        {"NoTagsEnd", 1},
+        {"HighlightUrl", 8},
+        {"BlockEsc", 1},
+        {"CommentEsc", 1},
+        {"FoldOpt_AsBegin", 1},
+        {"FoldOpt_Separators", 1},
+        {"FoldOpt_Sections", 1},
+        {"FoldOpt_AutoIdExcludes", 1},
+        {"FoldOpt_Case", 8},
+        {"FoldOpt_FoldAllTags", 8},
+        {"Rgn_Start", 1},
+        {"Rgn_End", 1},
+        {"Rgn_CommentStart", 1},
+        {"AutoCompleteTags", 8},
     };
     ASSERT_EQ(tree.Items().Count(), 30);
     ASSERT_EQ(tree.Items().Root()->ChildrenCount(), 30);
@@ -102,5 +123,32 @@ TEST(FormData, HeaderSectionsOfTheThreeTrees) {
         TMemoryStream out;
         header.Sections().SaveToStream(out);
         EXPECT_EQ(out.Data(), bytes);
+    }
+}
+
+// Damaged copies of the blobs either read or fail with a message; the
+// sanitizer build checks that nothing reads outside its buffers.
+TEST(FormData, DamagedBlobsFailCleanly) {
+    std::mt19937 rng(7);
+    for (const char* file : {"WgTree1.Items.Data", "WgTree1.HeaderSections.Data"}) {
+        const auto original = ReadBlob(file);
+        ASSERT_FALSE(original.empty());
+        for (int round = 0; round < 300; ++round) {
+            auto bytes = original;
+            for (int k = 0; k < 1 + int(rng() % 4); ++k)
+                bytes[rng() % bytes.size()] = std::uint8_t(rng());
+            TMemoryStream in(bytes);
+            try {
+                if (std::string(file).find("Items") != std::string::npos) {
+                    TWgTreeModel tree;
+                    tree.Items().LoadFromStream(in);
+                    CheckTreeInvariants(tree);
+                } else {
+                    TWgHeaderModel header;
+                    header.Sections().LoadFromStream(in);
+                }
+            } catch (const Exception&) {
+            }
+        }
     }
 }

@@ -50,7 +50,7 @@ TEST(Header, SectionNumbersAndTags) {
     t.H.Sections().DeleteSection(t.S1);
     TWgHeaderSection* s = t.H.Sections().InsertSection(0);
     EXPECT_EQ(s->SectionIndex(), 1); // the smallest free number
-    EXPECT_EQ(s->Width(), 120);     // the header's default width
+    EXPECT_EQ(s->Width(), 120);      // the header's default width
     EXPECT_EQ(t.H.Sections().GetSection(1), s);
     EXPECT_EQ(t.H.Sections().GetSectionByPos(0), s);
     EXPECT_NE(s->SectionTag(), t.S0->SectionTag());
@@ -107,9 +107,9 @@ TEST(Header, HitTesting) {
         bool Zone;
         TWgHeaderSection* Section;
     } cases[] = {
-        {50, false, t.S0},  {86, true, t.S0},   {91, false, t.S1},  {100, false, t.S1},
-        {104, true, t.S1},  {110, false, t.S2}, {180, true, t.S2},  {185, true, t.S2},
-        {190, false, t.S2},
+        {50, false, t.S0},  {86, true, t.S0},  {91, false, t.S1},
+        {100, false, t.S1}, {104, true, t.S1}, {110, false, t.S2},
+        {180, true, t.S2},  {185, true, t.S2}, {190, false, t.S2},
     };
     for (auto c : cases) {
         TWgHeaderSection* s = nullptr;
@@ -222,8 +222,8 @@ TEST(Header, ResizingDrawsTheLineAndAppliesOnRelease) {
     t.H.MouseMove(40, 5, true); // below MinWidth: no move
     t.H.MouseUp(128, 5);
     EXPECT_EQ(t.S0->Width(), 130);
-    EXPECT_EQ(t.Host.Log, (std::vector<std::string>{"capture", "line 100", "line 100",
-                                                    "line 130", "release", "line 130"}));
+    EXPECT_EQ(t.Host.Log, (std::vector<std::string>{"capture", "line 100", "line 100", "line 130",
+                                                    "release", "line 130"}));
     EXPECT_EQ(states, (std::vector<std::string>{"0:100", "1:130", "2:130"}));
 
     t.H.ResizeOnDrag = true;
@@ -250,8 +250,8 @@ TEST(Header, DraggingMovesTheSection) {
     t.H.MouseUp(200, 8);
     EXPECT_EQ(t.H.Sections().SectionsOrder(), u"i1:w50:vt,i2:w80:vt,i0:w100:vt,");
     EXPECT_EQ(moves, (std::vector<std::string>{"0:0>2"}));
-    EXPECT_EQ(t.Host.Log, (std::vector<std::string>{"drag-begin 0", "capture", "drag 4",
-                                                    "drag 180", "drag-end", "release"}));
+    EXPECT_EQ(t.Host.Log, (std::vector<std::string>{"drag-begin 0", "capture", "drag 4", "drag 180",
+                                                    "drag-end", "release"}));
 }
 
 TEST(Header, ExpandAndLookupButtonsUseThePress) {
@@ -311,8 +311,15 @@ TEST(HeaderStream, RoundTripAndParentsByPosition) {
 TEST(HeaderStream, OlderVersionsAndUnknownOnes) {
     TBytes v4;
     v4.I32(-4).I32(1);
-    v4.Record(36, {{0, 1, 1}, {2, 1, 1}, {4, 77, 4}, {12, 500, 4}, {16, 2, 1}, {20, 5, 4},
-                   {24, 8, 1}, {25, 1, 1}, {28, -1, 4}});
+    v4.Record(36, {{0, 1, 1},
+                   {2, 1, 1},
+                   {4, 77, 4},
+                   {12, 500, 4},
+                   {16, 2, 1},
+                   {20, 5, 4},
+                   {24, 8, 1},
+                   {25, 1, 1},
+                   {28, -1, 4}});
     v4.AnsiZ("Four").AnsiZ("");
     TWgHeaderModel h;
     TMemoryStream s4 = v4.Stream();
@@ -331,8 +338,16 @@ TEST(HeaderStream, OlderVersionsAndUnknownOnes) {
 
     TBytes v9;
     v9.I32(-9).I32(1);
-    v9.Record(64, {{8, -1, 4}, {14, 1, 1}, {20, 90, 4}, {28, 10000, 4}, {36, 3, 4}, {40, 1, 1},
-                   {44, -1, 4}, {50, 1, 1}, {61, 1, 1}, {63, 1, 1}});
+    v9.Record(64, {{8, -1, 4},
+                   {14, 1, 1},
+                   {20, 90, 4},
+                   {28, 10000, 4},
+                   {36, 3, 4},
+                   {40, 1, 1},
+                   {44, -1, 4},
+                   {50, 1, 1},
+                   {61, 1, 1},
+                   {63, 1, 1}});
     v9.AnsiZ("Nine").AnsiZ("f").Ansi("pop").Ansi("hint");
     TMemoryStream s9 = v9.Stream();
     h.Sections().LoadFromStream(s9);
@@ -365,11 +380,35 @@ TEST(HeaderStream, TruncatedAndBadBlobs) {
     t.H.Sections().SaveToStream(out);
     for (std::size_t n = 0; n < out.Data().size(); ++n) {
         TWgHeaderModel h;
-        TMemoryStream in(std::vector<std::uint8_t>(out.Data().begin(),
-                                                   out.Data().begin() + std::ptrdiff_t(n)));
+        TMemoryStream in(
+            std::vector<std::uint8_t>(out.Data().begin(), out.Data().begin() + std::ptrdiff_t(n)));
         EXPECT_THROW(h.Sections().LoadFromStream(in), EReadError) << n;
     }
     TWgHeaderModel h;
     TMemoryStream negative = TBytes().I32(-12).I32(-1).Stream();
     EXPECT_THROW(h.Sections().LoadFromStream(negative), EReadError);
+}
+
+TEST(HeaderStream, ParentCyclesInTheDataAreCut) {
+    // Three sections whose parents run 0 -> 1 -> 2 -> 0.
+    TBytes b;
+    b.I32(-12).I32(3);
+    for (int i = 0; i < 3; ++i) {
+        b.Record(
+            140,
+            {{8, (i + 1) % 3, 4}, {13, 1, 1}, {14, 1, 1}, {20, 10, 4}, {28, 100, 4}, {40, i, 4}});
+        b.AnsiZ("").AnsiZ("").Ansi("").Wide(u"");
+    }
+    TWgHeaderModel h;
+    TMemoryStream s = b.Stream();
+    h.Sections().LoadFromStream(s);
+    ASSERT_EQ(h.Sections().Count(), 3);
+    auto* s0 = h.Sections().GetSectionByPos(0);
+    auto* s1 = h.Sections().GetSectionByPos(1);
+    auto* s2 = h.Sections().GetSectionByPos(2);
+    EXPECT_EQ(s0->ParentSection(), s1);
+    EXPECT_EQ(s1->ParentSection(), s2);
+    EXPECT_EQ(s2->ParentSection(), nullptr); // the link that closed the cycle
+    EXPECT_TRUE(s0->Visible());
+    EXPECT_EQ(h.SectionsWidth(), 30);
 }

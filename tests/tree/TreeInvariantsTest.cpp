@@ -11,11 +11,14 @@ namespace {
 void RunRandomSequence(unsigned Seed, int Steps) {
     TWgTreeModel tree;
     tree.SetMultiSelect(true);
+    // Odd seeds delete under a visibility filter, which walks the flat list
+    // in the middle of a subtree deletion.
+    tree.SetFilteredVisibility(Seed % 2 == 1);
+    tree.OnApplyVisFilter = [](TWgTreeModel&, TWgTreeItem*, bool&) {};
     std::mt19937 rng(Seed);
     auto pick = [&]() -> TWgTreeItem* {
         const int n = tree.Items().Count();
-        if (n == 0 || rng() % 8 == 0)
-            return nullptr; // the root
+        if (n == 0 || rng() % 8 == 0) return nullptr; // the root
         return tree.Items().Item(int(rng() % unsigned(n)));
     };
     int serial = 0;
@@ -27,12 +30,24 @@ void RunRandomSequence(unsigned Seed, int Steps) {
         TWgTreeItem* a = pick();
         TWgTreeItem* b = pick();
         switch (op) {
-        case 0: items.AddChild(a, name()); break;
-        case 1: items.AddChildFirst(a, name()); break;
-        case 2: items.Add(a, name()); break;
-        case 3: items.AddFirst(a, name()); break;
-        case 4: items.Insert(a, name()); break;
-        case 5: items.InsertAfter(a, name()); break;
+        case 0:
+            items.AddChild(a, name());
+            break;
+        case 1:
+            items.AddChildFirst(a, name());
+            break;
+        case 2:
+            items.Add(a, name());
+            break;
+        case 3:
+            items.AddFirst(a, name());
+            break;
+        case 4:
+            items.Insert(a, name());
+            break;
+        case 5:
+            items.InsertAfter(a, name());
+            break;
         case 6: {
             // The fast path takes only a parent on the path to the last item.
             TWgTreeItem* last = items.Item(items.Count() - 1);
@@ -45,8 +60,7 @@ void RunRandomSequence(unsigned Seed, int Steps) {
         }
         case 7:
         case 8:
-            if (a)
-                items.Delete(a);
+            if (a) items.Delete(a);
             break;
         case 9:
             if (a) {
@@ -73,25 +87,19 @@ void RunRandomSequence(unsigned Seed, int Steps) {
             }
             break;
         case 11:
-            if (a)
-                a->SetSelected(!a->Selected());
-            if (b)
-                b->SetFocused(true);
+            if (a) a->SetSelected(!a->Selected());
+            if (b) b->SetFocused(true);
             break;
         case 12:
-            if (a)
-                a->SetHidden(!a->Hidden());
-            if (b)
-                b->SetExpanded(!b->Expanded());
+            if (a) a->SetHidden(!a->Hidden());
+            if (b) b->SetExpanded(!b->Expanded());
             break;
         case 13:
-            if (rng() % 20 == 0)
-                items.Clear();
+            if (rng() % 20 == 0) items.Clear();
             break;
         }
         CheckTreeInvariants(tree);
-        if (::testing::Test::HasFatalFailure())
-            return;
+        if (::testing::Test::HasFatalFailure()) return;
         TWgTreeItem* focused = tree.FocusedItem();
         if (focused) {
             ASSERT_GE(focused->AbsoluteIndex(), 0);

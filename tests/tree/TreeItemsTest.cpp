@@ -178,8 +178,8 @@ TEST(TreeItems, ExpandCollapseEventsAndRefusal) {
     EXPECT_EQ(view.Marks & (tsmVisUpdated | tsmClearVis), tsmVisUpdated | tsmClearVis);
     t.A->SetExpanded(true); // already: nothing
     t.A->Collapse(false);
-    EXPECT_EQ(events, (std::vector<std::string>{"expanding A", "expanding A", "expand A",
-                                                "collapse A"}));
+    EXPECT_EQ(events,
+              (std::vector<std::string>{"expanding A", "expanding A", "expand A", "collapse A"}));
     // Visible rows skip collapsed subtrees.
     t.B->Expand(false);
     EXPECT_EQ(tree.TotalVisible(), 3); // A's children are not reachable
@@ -216,7 +216,9 @@ TEST(TreeItems, TextChangesNotifyAndSortOrMarkDelayed) {
     TRecordingView view;
     tree.SetView(&view);
     std::vector<TItemChangeMode> changes;
-    tree.OnItemChange = [&](TWgTreeModel&, TWgTreeItem*, TItemChangeMode m) { changes.push_back(m); };
+    tree.OnItemChange = [&](TWgTreeModel&, TWgTreeItem*, TItemChangeMode m) {
+        changes.push_back(m);
+    };
     tree.SetSortMode(smAdd);
     int sortEvents = 0;
     tree.OnSortBegin = [&](TWgTreeModel&) { ++sortEvents; };

@@ -113,18 +113,18 @@ TEST(TreeStream, EntryLayoutOfARow) {
                              std::uint32_t(bytes[at + 3]) << 24);
     };
     EXPECT_EQ(i32(0), 0xFFFFFFF2u);
-    EXPECT_EQ(i32(8 + 20), 0x02108000u);  // root flags
-    EXPECT_EQ(i32(8 + 4), 0u);            // no flag block: images are 0
-    EXPECT_EQ(i32(136), 0xFFFFFFFFu);      // marker
-    EXPECT_EQ(i32(140), 0u);               // a hint of length 0 is still written
-    EXPECT_EQ(i32(149), 1u);               // one child
-    const std::size_t r = 153 + 4 + 8;     // the row's record, after "ab"
-    EXPECT_EQ(bytes[r], 128);              // State: expanded
-    EXPECT_EQ(i32(r + 20), 0x02168683u);   // written expanded, the focus left out
+    EXPECT_EQ(i32(8 + 20), 0x02108000u); // root flags
+    EXPECT_EQ(i32(8 + 4), 0u);           // no flag block: images are 0
+    EXPECT_EQ(i32(136), 0xFFFFFFFFu);    // marker
+    EXPECT_EQ(i32(140), 0u);             // a hint of length 0 is still written
+    EXPECT_EQ(i32(149), 1u);             // one child
+    const std::size_t r = 153 + 4 + 8;   // the row's record, after "ab"
+    EXPECT_EQ(bytes[r], 128);            // State: expanded
+    EXPECT_EQ(i32(r + 20), 0x02168683u); // written expanded, the focus left out
     EXPECT_EQ(i32(r + 4), 0xFFFFFFFFu);
     EXPECT_EQ(i32(r + 60), 8u);
-    EXPECT_EQ(i32(r + 64), 0xFFFFFFFFu);   // both overlays -1
-    EXPECT_TRUE(row->Focused());           // restored after writing
+    EXPECT_EQ(i32(r + 64), 0xFFFFFFFFu); // both overlays -1
+    EXPECT_TRUE(row->Focused());         // restored after writing
 }
 
 TEST(TreeStream, HooksWriteAndReadTheirOwnBytes) {
@@ -132,14 +132,18 @@ TEST(TreeStream, HooksWriteAndReadTheirOwnBytes) {
     TWgTreeItem* item = tree.Items().AddChild(nullptr, u"x");
     item->SetUseStyles(true);
     item->AddStyle();
-    tree.OnItemSave = [](TWgTreeModel&, TStream& s, TWgTreeItem* i) { s.WriteInt32(i->Tag() + 1000); };
+    tree.OnItemSave = [](TWgTreeModel&, TStream& s, TWgTreeItem* i) {
+        s.WriteInt32(i->Tag() + 1000);
+    };
     tree.OnCellStyleSave = [](TWgTreeModel&, TStream& s, TWgCellStyle*) { s.WriteByte(0xAB); };
     const auto bytes = Save(tree);
 
     TWgTreeModel copy;
     std::vector<std::int32_t> seen;
     int styles = 0;
-    copy.OnItemLoad = [&](TWgTreeModel&, TStream& s, TWgTreeItem*) { seen.push_back(s.ReadInt32()); };
+    copy.OnItemLoad = [&](TWgTreeModel&, TStream& s, TWgTreeItem*) {
+        seen.push_back(s.ReadInt32());
+    };
     copy.OnCellStyleLoad = [&](TWgTreeModel&, TStream& s, TWgCellStyle*) {
         EXPECT_EQ(s.ReadByte(), 0xAB);
         ++styles;
@@ -192,14 +196,23 @@ TEST(TreeStream, OlderItemVersionsRead) {
     // child (no hint step) and one -1 child with styles.
     TBytes b;
     b.I32(0).Ansi("").I32(0).I32(4); // root: text length 0, hint, no columns, children
-    b.I32(-11).Ansi("eleven").Record(128, {{20, 0x0014C683, 4}, {0, 0x80, 2}, {60, 42, 4}, {4, 3, 4}});
+    b.I32(-11).Ansi("eleven").Record(128,
+                                     {{20, 0x0014C683, 4}, {0, 0x80, 2}, {60, 42, 4}, {4, 3, 4}});
     b.I32(-1).Ansi("old hint").I32(1).Ansi("col").U8(0).I32(0);
-    b.I32(-10).Ansi("ten").Record(60, {{0, 0x80, 2}, {4, 7, 4}, {20, 0x55, 4}, {24, 0x66, 4},
-                                        {28, 1, 1}, {31, 1, 1}, {33, 2, 1}, {44, 1, 1},
-                                        {47, 1, 1}, {48, 1, 1}, {52, 25, 4}});
+    b.I32(-10).Ansi("ten").Record(60, {{0, 0x80, 2},
+                                       {4, 7, 4},
+                                       {20, 0x55, 4},
+                                       {24, 0x66, 4},
+                                       {28, 1, 1},
+                                       {31, 1, 1},
+                                       {33, 2, 1},
+                                       {44, 1, 1},
+                                       {47, 1, 1},
+                                       {48, 1, 1},
+                                       {52, 25, 4}});
     b.U8(1).I32(0).U8(0).I32(0);
-    b.I32(-7).Ansi("seven").Record(52, {{4, 9, 4}, {12, 1, 1}, {32, 11, 4}, {40, 1, 1},
-                                         {41, 1, 1}, {43, 1, 1}, {44, 30, 4}});
+    b.I32(-7).Ansi("seven").Record(
+        52, {{4, 9, 4}, {12, 1, 1}, {32, 11, 4}, {40, 1, 1}, {41, 1, 1}, {43, 1, 1}, {44, 30, 4}});
     b.U8(0).I32(0).U8(0).I32(0);
     b.I32(-1).Ansi("one").I32(0).U8(1);
     b.Record(36, {{8, 0x0000FF, 4}, {20, 8, 1}}).Ansi("Arial").I32(0).I32(0);
@@ -246,4 +259,22 @@ TEST(TreeStream, OlderItemVersionsRead) {
     EXPECT_EQ(one->GetMainStyle()->TextColor(), 0x0000FFu);
     EXPECT_EQ(one->GetMainStyle()->CellType(), sftEnum);
     EXPECT_EQ(one->GetMainStyle()->FontName(), "Arial");
+}
+
+TEST(TreeStream, NestingDeeperThanAThousandLevelsIsRefused) {
+    for (int depth : {1000, 1001}) {
+        TWgTreeModel tree;
+        TWgTreeItem* item = nullptr;
+        for (int i = 0; i < depth; ++i)
+            item = tree.Items().AddChild(item, u"n");
+        const auto bytes = Save(tree);
+        TWgTreeModel copy;
+        if (depth == 1000) {
+            Load(copy, bytes);
+            EXPECT_EQ(copy.Items().Count(), 1000);
+        } else {
+            EXPECT_THROW(Load(copy, bytes), EReadError);
+            EXPECT_EQ(copy.Items().Count(), 1000); // what was read stays
+        }
+    }
 }

@@ -60,8 +60,7 @@ public:
     void UpdateBegun() override { ++Locks; }
     void UpdateEnded(int Count) override {
         --Locks;
-        if (Count == 0)
-            Log.push_back("end-update");
+        if (Count == 0) Log.push_back("end-update");
     }
     void MarkStale(std::uint32_t M) override { Marks |= M; }
     void ForgetItem(TWgTreeItem* Item) override { Log.push_back("forget " + Name(Item)); }
@@ -90,8 +89,7 @@ public:
 
     int Parsed = 0;
     static std::string Name(TWgTreeItem* Item) {
-        if (!Item)
-            return "none";
+        if (!Item) return "none";
         std::string s;
         for (char16_t c : Item->Text())
             s += char(c);
@@ -99,8 +97,7 @@ public:
     }
     bool Has(const std::string& Entry) const {
         for (auto& e : Log)
-            if (e == Entry)
-                return true;
+            if (e == Entry) return true;
         return false;
     }
 };
@@ -108,8 +105,7 @@ public:
 inline std::string Texts(TWgTreeModel& Tree) {
     std::string s;
     for (int i = 0; i < Tree.Items().Count(); ++i) {
-        if (i)
-            s += ' ';
+        if (i) s += ' ';
         s += TRecordingView::Name(Tree.Items().Item(i));
     }
     return s;
