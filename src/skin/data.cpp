@@ -145,6 +145,23 @@ TMemoryBitmap TrackResource(bool Vertical) {
     return bmp;
 }
 
+TMemoryBitmap VeneerMenuResource() {
+    static const char* const glyphs[4][8] = {{"  ######", "  #    #", "####### ", "#     ##",
+                                              "#     # ", "#     # ", "#######", "        "},
+                                             {"########", "########", "#      #", "#      #",
+                                              "#      #", "#      #", "########", "        "},
+                                             {"        ", "        ", "        ", "        ",
+                                              "        ", "        ", "######", "######"},
+                                             {"##    ##", " ##  ## ", "  ####  ", "   ##   ",
+                                              "  ####  ", " ##  ## ", "##    ##", "        "}};
+    TMemoryBitmap bmp(64, 16, 0xFFFFFFFFu);
+    for (int g = 0; g < 4; ++g)
+        for (int y = 0; y < 8; ++y)
+            for (int x = 0; glyphs[g][y][x]; ++x)
+                if (glyphs[g][y][x] == '#') bmp.SetPixel(g * 16 + 4 + x, 4 + y, 0xFF000000u);
+    return bmp;
+}
+
 // ---- TSkinDataModel
 
 TSkinDataModel::TSkinDataModel() {

@@ -142,6 +142,9 @@ const std::vector<AnsiString>& DefaultSkin3rd();
 
 // The small images a skin falls back on when it has no track bar images.
 TMemoryBitmap TrackResource(bool Vertical);
+// The glyphs of the menu strip's window buttons: four 16 by 16 cells
+// (restore, maximize, minimize, close), black on white, white the mask.
+TMemoryBitmap VeneerMenuResource();
 
 class TSkinDataModel {
 public:

@@ -94,7 +94,9 @@ TEST(SkinData, OurSkinsLoadWhole) {
         EXPECT_EQ(m.SkinName + ".skn", file);
         for (auto [name, obj] : m.Objects()) {
             ASSERT_NE(obj, nullptr) << name;
-            if (std::string(name) != "Title") EXPECT_FALSE(obj->Map.Empty()) << name;
+            if (std::string(name) != "Title") {
+                EXPECT_FALSE(obj->Map.Empty()) << name;
+            }
         }
         for (int i = 1; i <= 4; ++i)
             EXPECT_EQ(m.Borders(i)->Frame, 2);
