@@ -312,3 +312,23 @@ TEST(SkinData, StreamedSkinProperty) {
     back.ReadSkinStream(zero);
     EXPECT_TRUE(back.Empty);
 }
+
+TEST(SkinData, SkinFileSetter) {
+    struct TCounting : TSkinDataModel {
+        int Updates = 0;
+        void UpdateSkin() override { ++Updates; }
+    };
+    const std::string dir = std::string(LEXSMITH_TEST_DATA) + "/../../resources/skins/";
+    TCounting main, dialog;
+    dialog.SkinFormtype = sfDialog;
+    main.SetSkinFile(dir + "missing.skn"); // silent, stays empty
+    EXPECT_TRUE(main.Empty);
+    EXPECT_EQ(main.Updates, 0);
+    EXPECT_EQ(main.SkinFile(), dir + "missing.skn");
+    main.SetSkinFile(dir + "Lexsmith Light.skn");
+    dialog.SetSkinFile(dir + "Lexsmith Dark.skn");
+    EXPECT_FALSE(main.Empty);
+    EXPECT_EQ(main.Updates, 1); // only the main form's data re-applies itself
+    EXPECT_EQ(dialog.Updates, 0);
+    EXPECT_EQ(dialog.SkinName, "Lexsmith Dark");
+}
