@@ -244,9 +244,12 @@ private:
     void MakeComboArrow();
     void MakeToolbarImage();
 
+    void DefaultTextColours(TDataSkinObject& Obj) const;
     TColor ReadColour(const TQuickIni& Ini, const AnsiString& Section, const AnsiString& Key,
                       TColor Default) const;
-    void ReadCommon(const TQuickIni& Ini, const AnsiString& Section, TDataSkinObject& Obj);
+    // IDName, margins, Trans, Tile, and Style and the colours when asked.
+    void ReadCommon(const TQuickIni& Ini, const AnsiString& Section, TDataSkinObject& Obj,
+                    bool Style, bool Colours);
     template <class T>
     std::unique_ptr<T> ReadObjectAs(const TQuickIni& Ini, const AnsiString& Section);
     std::unique_ptr<TDataSkinObject> ReadObject(const TQuickIni& Ini, const AnsiString& Section);

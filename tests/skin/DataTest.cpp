@@ -167,7 +167,7 @@ TEST(SkinData, ObjectRulesAndDefaults) {
                "RadioButton=radio.bmp\nCheckButton=check.bmp\n"
                "[Headerbar]\nImage=img.bmp\n[MenuItem]\nImage=img.bmp\nFrame=9\nTile=2\n"
                "[Tab.Pane]\nImage=img.bmp\nLeftWidth=9\nTopHeight=2\nRightWidth=5\n"
-               "[Progress]\nBitmap=img.bmp\nStyle=1\nTile=5\n"
+               "[Progress]\nBitmap=img.bmp\nStyle=1\nTile=5\nNormalColour2=5,5,5\n"
                "[Progress.Chunk]\nImage=img.bmp\n[StatusBarEdges]\nImage=\n"
                "[HorzScrollThumb]\nImage=img.bmp\nFrame=9\n"
                "[ComboButton]\nImage=img.bmp\n");
@@ -212,7 +212,9 @@ TEST(SkinData, ObjectRulesAndDefaults) {
     EXPECT_EQ(m.MenuItem->Tile, 0); // above 1 is stored as 0
     EXPECT_EQ(m.TabPane->r, Rect(4, 2, 4, 0));
     EXPECT_EQ(m.Progress->Frame, 1);
-    EXPECT_EQ(m.Progress->Tile, 1); // capped to 1 for this reader
+    EXPECT_EQ(m.Progress->Tile, 1);                          // capped to 1 for this reader
+    EXPECT_EQ(m.Progress->NormalColour2, RGBColor(1, 2, 3)); // this reader takes no colours
+    EXPECT_EQ(m.MenuItem->PressedColour2, RGBColor(1, 2, 3));
     EXPECT_EQ(m.ProgressChunk->Frame, 0);
     EXPECT_EQ(m.StatusBarEdges, nullptr);
     EXPECT_EQ(m.GroupBox, nullptr);
