@@ -273,6 +273,7 @@ bool TSkinDataModel::ReadSkin() {
         ~TReaderScope() { Ref = nullptr; }
     } scope{FReader};
     FReader = &reader;
+    FPixelBudget = PixelBudget;
     ReadIni(ini);
     return true;
 }
@@ -294,6 +295,11 @@ void TSkinDataModel::LoadBitmap(TMemoryBitmap& Target, const AnsiString& Path) {
         LoadBMP(member.Data(), Target);
     else
         Target = TMemoryBitmap();
+    const std::int64_t pixels = std::int64_t(Target.Width()) * Target.Height();
+    if (pixels > FPixelBudget)
+        Target = TMemoryBitmap();
+    else
+        FPixelBudget -= pixels;
 }
 
 TColor TSkinDataModel::SampleBackground() {

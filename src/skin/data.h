@@ -60,6 +60,11 @@ using TSkinOptions = std::uint32_t; // bit n is TSkinOption n
 
 enum TSkinFormType : std::uint8_t { sfMainform = 0, sfOnlyThisForm = 1, sfDialog = 2, sfDLL = 3 };
 
+// All images of one skin together may hold this many pixels; beyond it an
+// image stays empty. Real skins use well under a million, and a forged one
+// that names one huge image from a thousand sections stays bounded.
+inline constexpr std::int64_t SkinPixelBudget = 1ll << 26;
+
 inline constexpr bool HasBit(std::uint32_t Set, int Bit) {
     return (Set >> Bit) & 1u;
 }
@@ -188,6 +193,8 @@ public:
     virtual void UpdateSkin() {}
     // Turns a system colour into RGB; the UI answers from its palette.
     virtual TColor ResolveColor(TColor C) const { return ColorToRGB(C); }
+    // The pixels all images of one load may take (SkinPixelBudget).
+    std::int64_t PixelBudget = SkinPixelBudget;
     // Shows the reader's one message; the UI sets it to a message box.
     std::function<void(const AnsiString&)> OnMessage;
 
@@ -230,6 +237,7 @@ public:
 private:
     AnsiString FSkinFile;
     const TSkinReader* FReader = nullptr; // only while ReadSkin runs
+    std::int64_t FPixelBudget = 0;        // pixels that images of this load may still take
 
     void ResetModel();
     void ReadIni(const TQuickIni& Ini);

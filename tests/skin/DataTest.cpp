@@ -334,3 +334,14 @@ TEST(SkinData, SkinFileSetter) {
     EXPECT_EQ(dialog.Updates, 0);
     EXPECT_EQ(dialog.SkinName, "Lexsmith Dark");
 }
+
+TEST(SkinData, ImagesShareOnePixelBudget) {
+    TSkin skin("[Headerbar]\nImage=a.bmp\n[MenuItem]\nImage=a.bmp\n[SunkEdge]\nImage=a.bmp\n");
+    skin.Add("a.bmp", Solid(20, 20));
+    TSkinDataModel m;
+    m.PixelBudget = 1000;
+    ASSERT_TRUE(skin.Load(m));
+    EXPECT_EQ(m.Headerbar->Map.Width(), 20);
+    EXPECT_EQ(m.MenuItem->Map.Width(), 20);
+    EXPECT_TRUE(m.SunkEdge->Map.Empty()); // 400 more would pass 1000
+}
