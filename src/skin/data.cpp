@@ -145,6 +145,23 @@ TMemoryBitmap TrackResource(bool Vertical) {
     return bmp;
 }
 
+TMemoryBitmap VeneerMenuResource() {
+    static const char* const glyphs[4][8] = {{"  ######", "  #    #", "####### ", "#     ##",
+                                              "#     # ", "#     # ", "#######", "        "},
+                                             {"########", "########", "#      #", "#      #",
+                                              "#      #", "#      #", "########", "        "},
+                                             {"        ", "        ", "        ", "        ",
+                                              "        ", "        ", "######", "######"},
+                                             {"##    ##", " ##  ## ", "  ####  ", "   ##   ",
+                                              "  ####  ", " ##  ## ", "##    ##", "        "}};
+    TMemoryBitmap bmp(64, 16, 0xFFFFFFFFu);
+    for (int g = 0; g < 4; ++g)
+        for (int y = 0; y < 8; ++y)
+            for (int x = 0; glyphs[g][y][x]; ++x)
+                if (glyphs[g][y][x] == '#') bmp.SetPixel(g * 16 + 4 + x, 4 + y, 0xFF000000u);
+    return bmp;
+}
+
 // ---- TSkinDataModel
 
 TSkinDataModel::TSkinDataModel() {
@@ -256,6 +273,7 @@ bool TSkinDataModel::ReadSkin() {
         ~TReaderScope() { Ref = nullptr; }
     } scope{FReader};
     FReader = &reader;
+    FPixelBudget = PixelBudget;
     ReadIni(ini);
     return true;
 }
@@ -277,6 +295,11 @@ void TSkinDataModel::LoadBitmap(TMemoryBitmap& Target, const AnsiString& Path) {
         LoadBMP(member.Data(), Target);
     else
         Target = TMemoryBitmap();
+    const std::int64_t pixels = std::int64_t(Target.Width()) * Target.Height();
+    if (pixels > FPixelBudget)
+        Target = TMemoryBitmap();
+    else
+        FPixelBudget -= pixels;
 }
 
 TColor TSkinDataModel::SampleBackground() {
@@ -313,6 +336,11 @@ void TSkinDataModel::ResetModel() {
     UpDownVert.reset();
 }
 
+void TSkinDataModel::DefaultTextColours(TDataSkinObject& Obj) const {
+    // Text colours that no key gives are the skin's button text.
+    Obj.NormalColour2 = Obj.MouseOverColour2 = Obj.PressedColour2 = ButtonText;
+}
+
 TColor TSkinDataModel::ReadColour(const TQuickIni& Ini, const AnsiString& Section,
                                   const AnsiString& Key, TColor Default) const {
     return ParseColourValue(Ini.ReadString(Section, Key, AnsiString()), Default);
@@ -323,6 +351,9 @@ void TSkinDataModel::ReadIni(const TQuickIni& Ini) {
     SkinName = Ini.ReadString("TitlebarSkin", "SkinName", AnsiString());
     ReadBorders(Ini);
     ReadColours(Ini);
+    for (TDataSkinObject* o : std::initializer_list<TDataSkinObject*>{
+             Title.get(), Buttons.get(), Left.get(), Right.get(), Top.get(), Bottom.get()})
+        DefaultTextColours(*o);
     ReadSysButtons(Ini);
     ReadButtons(Ini);
     ReadTitle(Ini);
@@ -402,6 +433,7 @@ void TSkinDataModel::ReadSysButtons(const TQuickIni& Ini) {
     for (const AnsiString& name : sections) {
         auto b = std::make_unique<TDataSkinSysButton>();
         b->IDName = AnsiUpper(name);
+        DefaultTextColours(*b);
         b->Action = Ini.ReadInteger(name, "Action", 0);
         b->Align = Ini.ReadInteger(name, "Align", 0);
         b->Xcoord = Ini.ReadInteger(name, "Xcoord", 0);
@@ -428,6 +460,7 @@ void TSkinDataModel::ReadSysButtons(const TQuickIni& Ini) {
     for (int i = 0; i < 3; ++i) {
         auto b = std::make_unique<TDataSkinSysButton>();
         b->IDName = "MDICONTROLS";
+        DefaultTextColours(*b);
         b->Action = 7 + i;
         b->Align = b->Visibility = b->Visibility1 = 100;
         b->Frame = 4;
@@ -438,15 +471,17 @@ void TSkinDataModel::ReadSysButtons(const TQuickIni& Ini) {
 }
 
 void TSkinDataModel::ReadCommon(const TQuickIni& Ini, const AnsiString& Section,
-                                TDataSkinObject& Obj) {
+                                TDataSkinObject& Obj, bool Style, bool Colours) {
     Obj.IDName = Section;
-    Obj.Style = Ini.ReadInteger(Section, "Style", 0);
+    if (Style) Obj.Style = Ini.ReadInteger(Section, "Style", 0);
     Obj.r = Rect(Ini.ReadInteger(Section, "LeftWidth", 0), Ini.ReadInteger(Section, "TopHeight", 0),
                  Ini.ReadInteger(Section, "RightWidth", 0),
                  Ini.ReadInteger(Section, "BottomHeight", 0));
     Obj.Trans = Ini.ReadInteger(Section, "Trans", 0);
     Obj.Tile = Ini.ReadInteger(Section, "Tile", 0);
     if (Obj.Tile > 1) Obj.Tile = 0;
+    DefaultTextColours(Obj);
+    if (!Colours) return;
     Obj.NormalColour = TColor(Ini.ReadInteger(Section, "NormalColour", -1));
     Obj.MouseOverColour = TColor(Ini.ReadInteger(Section, "MouseOverColour", -1));
     Obj.PressedColour = TColor(Ini.ReadInteger(Section, "PressedColour", -1));
@@ -461,7 +496,7 @@ std::unique_ptr<T> TSkinDataModel::ReadObjectAs(const TQuickIni& Ini, const Ansi
     if (image.empty()) return nullptr;
     auto obj = std::make_unique<T>();
     LoadBitmap(obj->Map, image);
-    ReadCommon(Ini, Section, *obj);
+    ReadCommon(Ini, Section, *obj, true, true);
     obj->Frame = Ini.ReadInteger(Section, "Frame", 0);
     return obj;
 }
@@ -485,7 +520,7 @@ std::unique_ptr<TDataSkinObject> TSkinDataModel::ReadBitmapObject(const TQuickIn
     if (image.empty()) return nullptr;
     auto obj = std::make_unique<TDataSkinObject>();
     LoadBitmap(obj->Map, image);
-    ReadCommon(Ini, Section, *obj);
+    ReadCommon(Ini, Section, *obj, true, false);
     obj->Tile = std::min(Ini.ReadInteger(Section, "Tile", 0), 1); // capped to 1 here, not 0
     return obj;
 }
@@ -504,7 +539,7 @@ std::unique_ptr<TDataSkinBoxLabel> TSkinDataModel::ReadBoxLabel(const TQuickIni&
 void TSkinDataModel::ReadButtons(const TQuickIni& Ini) {
     const AnsiString s = "Buttons";
     TDataSkinButton& b = *Buttons;
-    ReadCommon(Ini, s, b);
+    ReadCommon(Ini, s, b, false, true);
     LoadBitmap(b.Map, Ini.ReadString(s, "Bitmap", AnsiString()));
     LoadBitmap(b.CheckMap, Ini.ReadString(s, "CheckButton", AnsiString()));
     LoadBitmap(b.RadioMap, Ini.ReadString(s, "RadioButton", AnsiString()));
@@ -544,6 +579,7 @@ void TSkinDataModel::ReadObjects(const TQuickIni& Ini) {
         if (!image.empty()) {
             MenuBar = std::make_unique<TDataSkinObject>();
             MenuBar->IDName = "MenuBar";
+            DefaultTextColours(*MenuBar);
             LoadBitmap(MenuBar->Map, image);
             MenuBar->Tile = Ini.ReadInteger("Personality", "TileMenu", 1);
             MenuBar->r.Left = Ini.ReadInteger("Personality", "TileLeftMenu", 1);
@@ -590,6 +626,7 @@ void TSkinDataModel::ReadObjects(const TQuickIni& Ini) {
         if (!*obj) {
             *obj = std::make_unique<TDataSkinObject>();
             (*obj)->IDName = section;
+            DefaultTextColours(**obj);
             (*obj)->Map = TrackResource(vertical);
             (*obj)->r = Rect(3, 3, 3, 3);
             (*obj)->Tile = 0;
@@ -672,6 +709,7 @@ void TSkinDataModel::MakeComboArrow() {
     if (!ComboButton) return;
     if (!ComboxArrow) ComboxArrow = std::make_unique<TDataSkinObject>();
     ComboxArrow->IDName = "ComboxArrow";
+    DefaultTextColours(*ComboxArrow);
     if (SunkEdge && ComboButton->Style == 2) {
         const int frames = std::max(ComboButton->Frame, 0);
         const int fw = frames > 0 ? ComboButton->Map.Width() / frames : 0;
@@ -691,6 +729,7 @@ void TSkinDataModel::MakeComboArrow() {
 void TSkinDataModel::MakeToolbarImage() {
     Toolbar = std::make_unique<TDataSkinObject>();
     Toolbar->IDName = "Toolbar";
+    DefaultTextColours(*Toolbar);
     Toolbar->Frame = 1;
     auto resolve = [this](TColor c) { return ResolveColor(c); };
     const TColor c = ResolveColor(SampleBackground());

@@ -60,6 +60,11 @@ using TSkinOptions = std::uint32_t; // bit n is TSkinOption n
 
 enum TSkinFormType : std::uint8_t { sfMainform = 0, sfOnlyThisForm = 1, sfDialog = 2, sfDLL = 3 };
 
+// All images of one skin together may hold this many pixels; beyond it an
+// image stays empty. Real skins use well under a million, and a forged one
+// that names one huge image from a thousand sections stays bounded.
+inline constexpr std::int64_t SkinPixelBudget = 1ll << 26;
+
 inline constexpr bool HasBit(std::uint32_t Set, int Bit) {
     return (Set >> Bit) & 1u;
 }
@@ -142,6 +147,9 @@ const std::vector<AnsiString>& DefaultSkin3rd();
 
 // The small images a skin falls back on when it has no track bar images.
 TMemoryBitmap TrackResource(bool Vertical);
+// The glyphs of the menu strip's window buttons: four 16 by 16 cells
+// (restore, maximize, minimize, close), black on white, white the mask.
+TMemoryBitmap VeneerMenuResource();
 
 class TSkinDataModel {
 public:
@@ -185,6 +193,8 @@ public:
     virtual void UpdateSkin() {}
     // Turns a system colour into RGB; the UI answers from its palette.
     virtual TColor ResolveColor(TColor C) const { return ColorToRGB(C); }
+    // The pixels all images of one load may take (SkinPixelBudget).
+    std::int64_t PixelBudget = SkinPixelBudget;
     // Shows the reader's one message; the UI sets it to a message box.
     std::function<void(const AnsiString&)> OnMessage;
 
@@ -227,6 +237,7 @@ public:
 private:
     AnsiString FSkinFile;
     const TSkinReader* FReader = nullptr; // only while ReadSkin runs
+    std::int64_t FPixelBudget = 0;        // pixels that images of this load may still take
 
     void ResetModel();
     void ReadIni(const TQuickIni& Ini);
@@ -241,9 +252,12 @@ private:
     void MakeComboArrow();
     void MakeToolbarImage();
 
+    void DefaultTextColours(TDataSkinObject& Obj) const;
     TColor ReadColour(const TQuickIni& Ini, const AnsiString& Section, const AnsiString& Key,
                       TColor Default) const;
-    void ReadCommon(const TQuickIni& Ini, const AnsiString& Section, TDataSkinObject& Obj);
+    // IDName, margins, Trans, Tile, and Style and the colours when asked.
+    void ReadCommon(const TQuickIni& Ini, const AnsiString& Section, TDataSkinObject& Obj,
+                    bool Style, bool Colours);
     template <class T>
     std::unique_ptr<T> ReadObjectAs(const TQuickIni& Ini, const AnsiString& Section);
     std::unique_ptr<TDataSkinObject> ReadObject(const TQuickIni& Ini, const AnsiString& Section);

@@ -94,7 +94,9 @@ TEST(SkinData, OurSkinsLoadWhole) {
         EXPECT_EQ(m.SkinName + ".skn", file);
         for (auto [name, obj] : m.Objects()) {
             ASSERT_NE(obj, nullptr) << name;
-            if (std::string(name) != "Title") EXPECT_FALSE(obj->Map.Empty()) << name;
+            if (std::string(name) != "Title") {
+                EXPECT_FALSE(obj->Map.Empty()) << name;
+            }
         }
         for (int i = 1; i <= 4; ++i)
             EXPECT_EQ(m.Borders(i)->Frame, 2);
@@ -165,7 +167,7 @@ TEST(SkinData, ObjectRulesAndDefaults) {
                "RadioButton=radio.bmp\nCheckButton=check.bmp\n"
                "[Headerbar]\nImage=img.bmp\n[MenuItem]\nImage=img.bmp\nFrame=9\nTile=2\n"
                "[Tab.Pane]\nImage=img.bmp\nLeftWidth=9\nTopHeight=2\nRightWidth=5\n"
-               "[Progress]\nBitmap=img.bmp\nStyle=1\nTile=5\n"
+               "[Progress]\nBitmap=img.bmp\nStyle=1\nTile=5\nNormalColour2=5,5,5\n"
                "[Progress.Chunk]\nImage=img.bmp\n[StatusBarEdges]\nImage=\n"
                "[HorzScrollThumb]\nImage=img.bmp\nFrame=9\n"
                "[ComboButton]\nImage=img.bmp\n");
@@ -210,7 +212,9 @@ TEST(SkinData, ObjectRulesAndDefaults) {
     EXPECT_EQ(m.MenuItem->Tile, 0); // above 1 is stored as 0
     EXPECT_EQ(m.TabPane->r, Rect(4, 2, 4, 0));
     EXPECT_EQ(m.Progress->Frame, 1);
-    EXPECT_EQ(m.Progress->Tile, 1); // capped to 1 for this reader
+    EXPECT_EQ(m.Progress->Tile, 1);                          // capped to 1 for this reader
+    EXPECT_EQ(m.Progress->NormalColour2, RGBColor(1, 2, 3)); // this reader takes no colours
+    EXPECT_EQ(m.MenuItem->PressedColour2, RGBColor(1, 2, 3));
     EXPECT_EQ(m.ProgressChunk->Frame, 0);
     EXPECT_EQ(m.StatusBarEdges, nullptr);
     EXPECT_EQ(m.GroupBox, nullptr);
@@ -309,4 +313,36 @@ TEST(SkinData, StreamedSkinProperty) {
     TMemoryStream zero(Bytes{0, 0, 0, 0});
     back.ReadSkinStream(zero);
     EXPECT_TRUE(back.Empty);
+}
+
+TEST(SkinData, SkinFileSetter) {
+    struct TCounting : TSkinDataModel {
+        int Updates = 0;
+        void UpdateSkin() override { ++Updates; }
+    };
+    const std::string dir = std::string(LEXSMITH_TEST_DATA) + "/../../resources/skins/";
+    TCounting main, dialog;
+    dialog.SkinFormtype = sfDialog;
+    main.SetSkinFile(dir + "missing.skn"); // silent, stays empty
+    EXPECT_TRUE(main.Empty);
+    EXPECT_EQ(main.Updates, 0);
+    EXPECT_EQ(main.SkinFile(), dir + "missing.skn");
+    main.SetSkinFile(dir + "Lexsmith Light.skn");
+    dialog.SetSkinFile(dir + "Lexsmith Dark.skn");
+    EXPECT_FALSE(main.Empty);
+    EXPECT_EQ(main.Updates, 1); // only the main form's data re-applies itself
+    EXPECT_EQ(dialog.Updates, 0);
+    EXPECT_EQ(dialog.SkinName, "Lexsmith Dark");
+}
+
+TEST(SkinData, ImagesShareOnePixelBudget) {
+    TSkin skin("[Headerbar]\nImage=a.bmp\n[MenuItem]\nImage=a.bmp\n[SunkEdge]\nImage=a.bmp\n");
+    skin.Add("a.bmp", Solid(20, 20));
+    TSkinDataModel m;
+    m.PixelBudget = 1000;
+    ASSERT_TRUE(skin.Load(m));
+    // Read in the model's order: the sunk edge, the header bar, the menu item.
+    EXPECT_EQ(m.SunkEdge->Map.Width(), 20);
+    EXPECT_EQ(m.Headerbar->Map.Width(), 20);
+    EXPECT_TRUE(m.MenuItem->Map.Empty()); // 400 more would pass 1000
 }

@@ -160,3 +160,138 @@ TEST(Lzh, DeclaredSizeBeyondTheLimitIsRefused) {
     EXPECT_FALSE(LzhExpandFrame(frame.data(), frame.size(), out, 1 << 20));
     EXPECT_TRUE(out.empty());
 }
+
+namespace {
+
+// The decoder written out plainly, step for step, with the linear walk of
+// the tree update: the reference the fast decoder must match bit for bit.
+Bytes ReferenceExpand(const Bytes& frame) {
+    const int N = 4096, F = 60, T = 627, R = 626, NC = 314;
+    std::vector<unsigned> freq(T + 1), prnt(T + NC), son(T);
+    std::vector<std::uint8_t> ring(N + F - 1, 0);
+    std::size_t in = 4;
+    unsigned getbuf = 0, getlen = 0;
+    auto fill = [&] {
+        while (getlen < 9) {
+            unsigned b = in < frame.size() ? frame[in++] : 0;
+            getbuf |= b << (8 - getlen);
+            getlen += 8;
+        }
+    };
+    auto getBit = [&] {
+        fill();
+        unsigned bit = (getbuf >> 15) & 1;
+        getbuf = (getbuf << 1) & 0xFFFF;
+        --getlen;
+        return bit;
+    };
+    auto getByte = [&] {
+        fill();
+        unsigned b = (getbuf >> 8) & 0xFF;
+        getbuf = (getbuf << 8) & 0xFFFF;
+        getlen -= 8;
+        return b;
+    };
+    for (int i = 0; i < NC; ++i)
+        freq[i] = 1, son[i] = i + T, prnt[i + T] = i;
+    for (int i = 0, j = NC; j <= R; i += 2, ++j)
+        freq[j] = freq[i] + freq[i + 1], son[j] = i, prnt[i] = prnt[i + 1] = j;
+    freq[T] = 0xFFFF;
+    prnt[R] = 0;
+    auto reconst = [&] {
+        int j = 0;
+        for (int i = 0; i < T; ++i)
+            if (son[i] >= unsigned(T)) freq[j] = (freq[i] + 1) / 2, son[j] = son[i], ++j;
+        for (int i = 0, jj = NC; jj < T; i += 2, ++jj) {
+            unsigned f = freq[jj] = freq[i] + freq[i + 1];
+            int k = jj - 1;
+            while (f < freq[k])
+                --k;
+            ++k;
+            for (int m = jj; m > k; --m)
+                freq[m] = freq[m - 1], son[m] = son[m - 1];
+            freq[k] = f;
+            son[k] = i;
+        }
+        for (int i = 0; i < T; ++i) {
+            unsigned k = son[i];
+            if (k >= unsigned(T))
+                prnt[k] = i;
+            else
+                prnt[k] = prnt[k + 1] = i;
+        }
+    };
+    auto update = [&](int c) {
+        if (freq[R] == 0x8000) reconst();
+        c = int(prnt[c + T]);
+        do {
+            unsigned k = ++freq[c];
+            unsigned l = c + 1;
+            if (k > freq[l]) {
+                while (k > freq[++l]) {
+                }
+                --l;
+                freq[c] = freq[l];
+                freq[l] = k;
+                unsigned i = son[c];
+                prnt[i] = l;
+                if (i < unsigned(T)) prnt[i + 1] = l;
+                unsigned j = son[l];
+                son[l] = i;
+                prnt[j] = c;
+                if (j < unsigned(T)) prnt[j + 1] = c;
+                son[c] = j;
+                c = int(l);
+            }
+        } while ((c = int(prnt[c])) != 0);
+    };
+    const auto& t = Lzh::PositionTables;
+    std::int32_t size =
+        std::int32_t(frame[0] | (frame[1] << 8) | (frame[2] << 16) | (frame[3] << 24));
+    std::fill(ring.begin(), ring.begin() + 4036, 0x20);
+    unsigned r = 4036;
+    Bytes out;
+    while (std::int64_t(out.size()) < size) {
+        unsigned c = son[R];
+        while (c < unsigned(T))
+            c = son[c + getBit()];
+        c -= T;
+        update(int(c));
+        if (c < 256) {
+            out.push_back(std::uint8_t(c));
+            ring[r] = std::uint8_t(c);
+            r = (r + 1) & 0xFFF;
+        } else {
+            unsigned i = getByte();
+            unsigned hi = unsigned(t.d_code[i]) << 6;
+            for (int j = t.d_len[i] - 2; j > 0; --j)
+                i = (i << 1) + getBit();
+            unsigned pos = hi | (i & 0x3F);
+            unsigned from = (r - pos - 1) & 0xFFF;
+            for (unsigned k = 0; k < c - 253; ++k) {
+                std::uint8_t b = ring[(from + k) & 0xFFF];
+                out.push_back(b);
+                ring[r] = b;
+                r = (r + 1) & 0xFFF;
+            }
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+TEST(Lzh, MatchesThePlainDecoderBitForBit) {
+    // Streams of our encoder and garbage alike, long enough for several
+    // rebuilds of the tree.
+    std::mt19937 rng(99);
+    Bytes random(120000);
+    for (auto& b : random)
+        b = std::uint8_t(rng());
+    Bytes garbage = {0x40, 0x0D, 0x03, 0x00};
+    for (int i = 0; i < 3000; ++i)
+        garbage.push_back(std::uint8_t(rng()));
+    const Bytes frames[] = {LzhCompressFrame(random), LzhCompressFrame(Mixed(200000, 4)), garbage};
+    for (const Bytes& f : frames)
+        EXPECT_EQ(Expand(f), ReferenceExpand(f));
+}

@@ -3,6 +3,7 @@
 #include "base/Exceptions.h"
 #include "skin/data.h"
 #include "skin/lzh.h"
+#include "skin/pack.h"
 #include "skin/quickini.h"
 #include "skin/reader.h"
 
@@ -48,41 +49,8 @@ void WriteAll(const fs::path& path, const Bytes& bytes) {
     if (!out) throw TFailure{"cannot write " + path.string()};
 }
 
-bool HasExtension(const fs::path& p, const char* ext) {
-    return AnsiLower(p.extension().string()) == ext;
-}
-
 int Pack(const fs::path& dir, const fs::path& out) {
-    if (!fs::is_directory(dir)) throw TFailure{dir.string() + " is not a folder"};
-    std::vector<std::string> names;
-    if (fs::exists(dir / "files.lst")) {
-        std::istringstream list(std::string([&] {
-            Bytes b = ReadAll(dir / "files.lst");
-            return std::string(b.begin(), b.end());
-        }()));
-        std::string line;
-        while (std::getline(list, line)) {
-            line = AnsiTrim(line);
-            if (!line.empty()) names.push_back(line);
-        }
-    } else {
-        for (const auto& e : fs::directory_iterator(dir))
-            if (e.is_regular_file() &&
-                (HasExtension(e.path(), ".ini") || HasExtension(e.path(), ".bmp")))
-                names.push_back(e.path().filename().string());
-        std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-            return AnsiLower(a) < AnsiLower(b);
-        });
-    }
-    if (names.empty()) throw TFailure{"no members in " + dir.string()};
-    if (names.size() > std::size_t(SkinMaxFiles))
-        throw TFailure{"more than " + std::to_string(SkinMaxFiles) + " members"};
-    std::vector<TSkinMember> members;
-    for (const std::string& n : names) {
-        if (n.find_first_of("\r\n") != std::string::npos) throw TFailure{"bad member name"};
-        members.push_back({n, ReadAll(dir / n)});
-    }
-    WriteAll(out, PackSkinFile(members));
+    WriteAll(out, PackSkinFile(ReadSkinFolder(dir.string())));
     return 0;
 }
 
@@ -115,20 +83,8 @@ int ExpandFile(const fs::path& file, const fs::path& out) {
 
 int Unpack(const fs::path& file, const fs::path& dir) {
     auto reader = OpenSkin(file);
-    fs::create_directories(dir);
-    for (const AnsiString& name : reader->FileNames) {
-        // Only the file-name part is ever looked up; nothing may land
-        // outside the target folder.
-        fs::path leaf = fs::path(name).filename();
-        if (leaf.empty() || leaf == "." || leaf == ".." ||
-            name.find_first_of("/\\:") != AnsiString::npos) {
-            std::cerr << "skinpack: skipping member \"" << name << "\"\n";
-            continue;
-        }
-        TMemoryStream member;
-        reader->GetFile(name, member);
-        WriteAll(dir / leaf, member.Data());
-    }
+    for (const AnsiString& name : WriteSkinFolder(*reader, dir.string()))
+        std::cerr << "skinpack: skipping member \"" << name << "\"\n";
     return 0;
 }
 
