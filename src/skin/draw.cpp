@@ -80,7 +80,11 @@ void DrawTiledBar(TMemoryBitmap& Target, const TRect& Dest, const TMemoryBitmap&
     const int mw = f.Width() - L - R;
     if (mw > 0) {
         TRect clip = Rect(Dest.Left + L, Dest.Top, Dest.Right - R, Dest.Bottom);
-        for (int x = clip.Left; x < clip.Right; x += mw) {
+        // Only the repeats that can reach the target are drawn.
+        int x = clip.Left;
+        if (x < -mw) x += ((-mw - x) / mw) * mw;
+        const int end = std::min(clip.Right, Target.Width());
+        for (; x < end; x += mw) {
             int w = std::min(mw, clip.Right - x); // the last repeat is cut, not squeezed
             Part(Target, Bounds(x, Dest.Top, w, H), Map, Bounds(f.Left + L, f.Top, w, f.Height()),
                  Transparent);
