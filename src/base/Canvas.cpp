@@ -5,21 +5,6 @@
 
 namespace {
 
-constexpr TColor RGB(unsigned R, unsigned G, unsigned B) {
-    return R | (G << 8) | (B << 16);
-}
-
-// The classic scheme of the 31 system colours, by index.
-constexpr TColor SystemColors[31] = {
-    RGB(212, 208, 200), RGB(58, 110, 165),  RGB(10, 36, 106),   RGB(128, 128, 128),
-    RGB(212, 208, 200), RGB(255, 255, 255), RGB(0, 0, 0),       RGB(0, 0, 0),
-    RGB(0, 0, 0),       RGB(255, 255, 255), RGB(212, 208, 200), RGB(212, 208, 200),
-    RGB(128, 128, 128), RGB(10, 36, 106),   RGB(255, 255, 255), RGB(212, 208, 200),
-    RGB(128, 128, 128), RGB(128, 128, 128), RGB(0, 0, 0),       RGB(212, 208, 200),
-    RGB(255, 255, 255), RGB(64, 64, 64),    RGB(212, 208, 200), RGB(0, 0, 0),
-    RGB(255, 255, 225), RGB(181, 181, 181), RGB(0, 0, 128),     RGB(166, 202, 240),
-    RGB(192, 192, 192), RGB(49, 106, 197),  RGB(236, 233, 216)};
-
 struct TColorName {
     const char* Name;
     TColor Color;
@@ -115,8 +100,7 @@ void TFont::SetPointSize(int Points, int PixelsPerInch) {
 
 TColor ClassicColorToRGB(TColor Color) {
     if ((Color & 0xFF000000u) == clSystemColor) {
-        unsigned index = Color & 0xFF;
-        return index < 31 ? SystemColors[index] : 0;
+        return ClassicSysColor(int(Color & 0xFF));
     }
     return Color;
 }

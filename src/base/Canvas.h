@@ -10,6 +10,7 @@
 #include "base/Bitmap.h"
 #include "base/Geometry.h"
 #include "base/Strings.h"
+#include "base/SystemColors.h"
 #include "base/Types.h"
 
 #include <cstdint>
@@ -81,13 +82,6 @@ inline constexpr unsigned BF_RIGHT = 0x4;
 inline constexpr unsigned BF_BOTTOM = 0x8;
 inline constexpr unsigned BF_RECT = BF_LEFT | BF_TOP | BF_RIGHT | BF_BOTTOM;
 inline constexpr unsigned BF_FLAT = 0x4000;
-
-// System colours by index (clSystemColor + index).
-inline constexpr TColor clBtnFace = clSystemColor | 15;
-inline constexpr TColor clBtnShadow = clSystemColor | 16;
-inline constexpr TColor clBtnHighlight = clSystemColor | 20;
-inline constexpr TColor clWindowText = clSystemColor | 8;
-inline constexpr TColor clWindow = clSystemColor | 5;
 
 // The classic value of a system colour; other colours pass unchanged.
 TColor ClassicColorToRGB(TColor Color);

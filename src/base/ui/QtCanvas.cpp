@@ -15,9 +15,6 @@ QRect ToQRect(const TRect& R) {
     return QRect(R.Left, R.Top, R.Width(), R.Height());
 }
 
-// The classic three-dimensional edge colours.
-constexpr TColor cl3DDkShadow = clSystemColor | 21;
-constexpr TColor cl3DLight = clSystemColor | 22;
 
 } // namespace
 
