@@ -1,0 +1,183 @@
+#include "tree/ui/WgHeader.h"
+
+#include "base/ui/Colors.h"
+#include "base/ui/QtCanvas.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace {
+
+QString Q(const WideString& S) {
+    return QString::fromStdU16String(S);
+}
+
+} // namespace
+
+TWgHeader::TWgHeader(QWidget* Parent) : QWidget(Parent) {
+    setObjectName(QStringLiteral("TWgHeader"));
+    setMouseTracking(true);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    FOptions.Font.Name = u"Tahoma";
+    FOptions.Font.Height = -11;
+    FModel.SetHost(this);
+    FModel.SetHeight(FModel.CalcHeaderHeight());
+}
+
+TWgHeader::~TWgHeader() {
+    FModel.SetHost(nullptr);
+}
+
+QSize TWgHeader::sizeHint() const {
+    return {FModel.SectionsWidth(), FModel.Height()};
+}
+
+void TWgHeader::SetCapture(bool Captured) {
+    // Qt holds the mouse for the widget under a pressed button; an explicit
+    // grab covers the moves that begin without one.
+    if (Captured && QWidget::mouseGrabber() != this)
+        grabMouse();
+    else if (!Captured && QWidget::mouseGrabber() == this)
+        releaseMouse();
+}
+
+void TWgHeader::DrawResizeLine(int X) {
+    // The line is inverted: drawing it twice at one place takes it away.
+    if (FLineX == X)
+        FLineX.reset();
+    else
+        FLineX = X;
+    update();
+}
+
+void TWgHeader::BeginDragImage(TWgHeaderSection* Section) {
+    const int index = Section->Position();
+    TRect r = FModel.GetSectionRect(index);
+    r.Bottom = height();
+    FDragImage = QImage(std::max(r.Width(), 1), std::max(r.Height(), 1), QImage::Format_RGB32);
+    QPainter p(&FDragImage);
+    TQtCanvas canvas(p, &palette());
+    PaintHeaderSection(canvas, FModel, *Section, TRect{0, 0, r.Width(), r.Height()}, FOptions,
+                       true);
+    p.end();
+    FDragImageX = r.Left - FModel.LeftPos();
+    update();
+}
+
+void TWgHeader::MoveDragImage(int X) {
+    FDragImageX = X;
+    update();
+}
+
+void TWgHeader::EndDragImage() {
+    FDragImage = QImage();
+    update();
+}
+
+void TWgHeader::InvalidateSection(TWgHeaderSection* Section) {
+    if (!Section) {
+        update();
+        return;
+    }
+    TRect r = FModel.GetSectionRect(Section->Position());
+    const int shift = Section == FModel.LockedSection() ? 0 : FModel.LeftPos();
+    update(QRect(r.Left - shift, 0, r.Width(), height()));
+}
+
+void TWgHeader::InvalidateRight(int Position) {
+    TRect r = FModel.GetSectionRect(Position);
+    update(QRect(r.Left - FModel.LeftPos(), 0, width(), height()));
+}
+
+void TWgHeader::UpdateNow() {
+    repaint();
+}
+
+void TWgHeader::OpenLookup(TWgHeaderSection* Section) {
+    if (!FLookupBox) {
+        FLookupBox = new QComboBox(this);
+        FLookupBox->setEditable(true);
+        FLookupBox->installEventFilter(this);
+        FLookupBox->lineEdit()->installEventFilter(this);
+    }
+    FLookupBox->clear();
+    for (const WideString& entry : Section->LookupHistory)
+        FLookupBox->addItem(Q(entry));
+    WideString text;
+    if (FModel.OnHeaderLookup) FModel.OnHeaderLookup(FModel, Section, text);
+    FLookupBox->setEditText(Q(text));
+    TRect r = FModel.GetSectionRect(Section->Position());
+    FLookupBox->setGeometry(r.Left - FModel.LeftPos() + 1, 1, r.Width() - 2, height() - 2);
+    FLookupBox->show();
+    FLookupBox->setFocus();
+}
+
+WideString TWgHeader::CloseLookup() {
+    if (!FLookupBox) return {};
+    const WideString text = FLookupBox->currentText().toStdU16String();
+    FLookupBox->hide();
+    return text;
+}
+
+bool TWgHeader::eventFilter(QObject* Watched, QEvent* Event) {
+    if (FLookupBox && (Watched == FLookupBox || Watched == FLookupBox->lineEdit())) {
+        if (Event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent*>(Event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape) {
+                FModel.CloseLookup(key != Qt::Key_Escape);
+                return true;
+            }
+        } else if (Event->type() == QEvent::FocusOut && FLookupBox->isVisible() &&
+                   !FLookupBox->view()->isVisible()) {
+            FModel.CloseLookup(true);
+        }
+    }
+    return QWidget::eventFilter(Watched, Event);
+}
+
+void TWgHeader::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    TQtCanvas canvas(p, &palette());
+    PaintHeader(canvas, FModel, TRect{0, 0, width(), height()}, FOptions);
+    if (!FDragImage.isNull()) p.drawImage(QPoint(FDragImageX, 0), FDragImage);
+    if (FLineX) {
+        p.setCompositionMode(QPainter::RasterOp_NotDestination);
+        p.fillRect(QRect(*FLineX, 0, 1, height()), Qt::black);
+    }
+}
+
+void TWgHeader::UpdateCursor(int X) {
+    TWgHeaderSection* section = nullptr;
+    const bool divider = FModel.Resizing() || FModel.GetResizableSectionAt(X, section);
+    setCursor(divider ? Qt::SplitHCursor : Qt::ArrowCursor);
+}
+
+void TWgHeader::mousePressEvent(QMouseEvent* Event) {
+    if (Event->button() == Qt::LeftButton)
+        FModel.MouseDown(Event->position().toPoint().x(), Event->position().toPoint().y());
+}
+
+void TWgHeader::mouseMoveEvent(QMouseEvent* Event) {
+    const QPoint pos = Event->position().toPoint();
+    FModel.MouseMove(pos.x(), pos.y(), Event->buttons() & Qt::LeftButton);
+    UpdateCursor(pos.x());
+}
+
+void TWgHeader::mouseReleaseEvent(QMouseEvent* Event) {
+    if (Event->button() == Qt::LeftButton)
+        FModel.MouseUp(Event->position().toPoint().x(), Event->position().toPoint().y());
+}
+
+void TWgHeader::leaveEvent(QEvent*) {
+    // Leaving the header ends the hot look of a section.
+    if (!FModel.Resizing() && !FModel.Dragging()) FModel.MouseMove(-1, -1, false);
+}
+
+void TWgHeader::resizeEvent(QResizeEvent*) {
+    FModel.Resize(width());
+    if (!FModel.LockHeight && height() > 0) FModel.SetHeight(height());
+}

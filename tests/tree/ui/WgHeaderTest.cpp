@@ -1,0 +1,60 @@
+#include "tree/ui/WgHeader.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct THeaderFixture {
+    TWgHeader Header;
+    THeaderFixture() {
+        for (auto [text, width] : {std::pair{u"Option", 100}, {u"Value", 80}}) {
+            TWgHeaderSection* s = Header.Sections().AddSection();
+            s->SetText(text);
+            s->SetWidth(width);
+        }
+        Header.resize(300, 20);
+        Header.show();
+    }
+};
+
+} // namespace
+
+TEST(WgHeaderWidget, ClickReportsTheSectionAndDividerDragResizes) {
+    THeaderFixture f;
+    std::vector<int> clicked;
+    std::vector<std::pair<int, int>> resizing;
+    f.Header.Model().OnSectionClick = [&](TWgHeaderModel&, TWgHeaderSection* S) {
+        clicked.push_back(S->Position());
+    };
+    f.Header.Model().OnSectionResizing = [&](TWgHeaderModel&, TWgHeaderSection*,
+                                             TWgHResizingStates State, int Width) {
+        resizing.push_back({int(State), Width});
+    };
+    QTest::mouseClick(&f.Header, Qt::LeftButton, {}, QPoint(130, 10));
+    EXPECT_EQ(clicked, std::vector<int>{1});
+
+    // Press on the first divider, drag 20 pixels right, release.
+    QTest::mousePress(&f.Header, Qt::LeftButton, {}, QPoint(99, 10));
+    ASSERT_TRUE(f.Header.Model().Resizing());
+    EXPECT_EQ(f.Header.ResizeLineX(), std::optional<int>(100));
+    QTest::mouseMove(&f.Header, QPoint(119, 10));
+    EXPECT_EQ(f.Header.ResizeLineX(), std::optional<int>(120));
+    QTest::mouseRelease(&f.Header, Qt::LeftButton, {}, QPoint(119, 10));
+    EXPECT_FALSE(f.Header.ResizeLineX().has_value());
+    EXPECT_EQ(f.Header.Sections()[0]->Width(), 120);
+    ASSERT_GE(resizing.size(), 2u);
+    EXPECT_EQ(resizing.front().first, int(trsBegin));
+    EXPECT_EQ(resizing.back(), std::make_pair(int(trsEnd), 120));
+}
+
+TEST(WgHeaderWidget, PaintsSectionsThroughTheCorePainter) {
+    THeaderFixture f;
+    f.Header.PaintOptions().Color = 0x00FFFF; // yellow
+    const QImage shot = f.Header.grab().toImage();
+    // Inside a section, away from edges and text: the header colour.
+    EXPECT_EQ(shot.pixelColor(90, 15), QColor(255, 255, 0));
+    // Beyond the last section the header colour again, inside its edge.
+    EXPECT_EQ(shot.pixelColor(250, 10), QColor(255, 255, 0));
+}
