@@ -55,6 +55,18 @@ QVBoxLayout* PlainColumn(QWidget* Widget) {
 
 } // namespace
 
+const std::array<TSectionView, 9> SectionViews = {{
+    {u"Options", 0},
+    {u"Keywords", 1},
+    {u"Tags", 1},
+    {u"User Menu (Ctrl + Space)", 5},
+    {u"Class Completion List", 1},
+    {u"Tag Completion List", 1},
+    {u"Hints", 2},
+    {u"Syntax sample", 3},
+    {u"Author information", 4},
+}};
+
 TSynFormPages::TSynFormPages(QWidget* PageParent) {
     CreateLists();
     LoadKindBitmaps();
@@ -292,6 +304,22 @@ void TSynFormPages::FillKindRows(TUniListBox& Box, TMenuList& List, const WideSt
     for (int i = 0; i < count; ++i) {
         List.GetItemNameKind(menu, i, name, kind);
         Box.Items().AddObject(name, KindObject(kind));
+    }
+}
+
+void TSynFormPages::RefreshSection() {
+    switch (CurrentSection) {
+    case 1:
+    case 2:
+    case 4:
+    case 5:
+        RefreshMenuNames();
+        break;
+    case 3:
+        RefreshUserMenu();
+        break;
+    default:
+        break;
     }
 }
 

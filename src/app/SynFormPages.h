@@ -31,6 +31,16 @@ class TUniListBox;
 class TUniMemo;
 class TUserMenuForm;
 
+// What selecting a side-panel section shows: the heading above the page
+// area and the index of the page. Some headings differ from the labels of
+// the side panel ("User Menu (Ctrl + Space)", "Class Completion List"); both
+// forms are wanted.
+struct TSectionView {
+    const char16_t* Heading;
+    int PageIndex;
+};
+extern const std::array<TSectionView, 9> SectionViews;
+
 class TSynFormPages : public QObject {
     Q_OBJECT
 public:
@@ -69,6 +79,9 @@ public:
     // Puts the hint lines of AutoHint into HintsList after a load.
     void FillHintsList();
 
+    // The refresh that ends the selection of a section: the main form sets
+    // CurrentSection, the heading and the page, then calls this.
+    void RefreshSection();
     void RefreshMenuNames();
     void RefreshMenuItems(const WideString& MenuName);
     void RefreshUserMenu();

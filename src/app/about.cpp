@@ -15,17 +15,17 @@ QPixmap AboutPicture() {
     gradient.setColorAt(1, QColor(0x56, 0x7E, 0xBB));
     painter.fillRect(picture.rect(), gradient);
     // A page with a few coloured lines of "code" and the program's initials.
-    painter.fillRect(QRect(14, 10, 50, 66), QColor(0xF4, 0xF4, 0xF0));
+    painter.fillRect(QRect(10, 10, 44, 66), QColor(0xF4, 0xF4, 0xF0));
     const QColor lines[] = {QColor(0xC0, 0x30, 0x30), QColor(0x20, 0x70, 0x20),
                             QColor(0x20, 0x40, 0xB0), QColor(0x90, 0x60, 0x10)};
     for (int i = 0; i < 7; ++i)
-        painter.fillRect(QRect(20 + (i % 3) * 4, 16 + i * 8, 24 + (i * 7) % 15, 3), lines[i % 4]);
+        painter.fillRect(QRect(15 + (i % 3) * 4, 16 + i * 8, 18 + (i * 7) % 13, 3), lines[i % 4]);
     QFont font(QStringLiteral("Tahoma"));
     font.setPixelSize(30);
     font.setBold(true);
     painter.setFont(font);
     painter.setPen(Qt::white);
-    painter.drawText(QRect(48, 44, 55, 40), Qt::AlignCenter, QStringLiteral("Lx"));
+    painter.drawText(QRect(54, 40, 51, 40), Qt::AlignCenter, QStringLiteral("Lx"));
     painter.end();
     return picture;
 }
@@ -53,7 +53,7 @@ TSyntaxAbout::TSyntaxAbout(QWidget* Parent) : QDialog(Parent) {
     Label1->setGeometry(12, 10, 247, 22);
     Label2 = new QLabel(QStringLiteral("Version 1.72"), Panel1);
     Label2->setGeometry(12, 36, 247, 16);
-    Label3 = new QLabel(QStringLiteral("An editor of syntax definitions for Scribex."), Panel1);
+    Label3 = new QLabel(QStringLiteral("Syntax definitions for Scribex."), Panel1);
     Label3->setGeometry(12, 76, 247, 16);
     Label4 = new QLabel(QStringLiteral("Written by the Lexsmith team."), Panel1);
     Label4->setGeometry(12, 96, 247, 16);

@@ -71,6 +71,20 @@ TEST_F(SynFormPagesTest, CurrentMenuListFollowsTheSection) {
     }
 }
 
+TEST_F(SynFormPagesTest, SectionChangeShowsTheOtherListsAndForgetsTheSelection) {
+    MenuWithItems(1, {u"kw"});
+    Pages.Tags->AddMenu(u"T1");
+    Pages.Tags->AddMenu(u"T2");
+    Pages.CurrentSection = 2;
+    Pages.RefreshSection();
+    EXPECT_EQ(Pages.lbMenu->Items().ToVector(), (Rows{u"T1", u"T2"}));
+    EXPECT_EQ(Pages.lbMenu->ItemIndex(), -1);
+    EXPECT_EQ(Pages.lbMenuItem->Items().Count(), 0);
+    EXPECT_EQ(SectionViews[3].Heading, std::u16string_view(u"User Menu (Ctrl + Space)"));
+    EXPECT_EQ(SectionViews[3].PageIndex, 5);
+    EXPECT_EQ(SectionViews[5].Heading, std::u16string_view(u"Tag Completion List"));
+}
+
 TEST_F(SynFormPagesTest, AddMenuAppendsUnsortedAndSelectsTheFirstOfItsName) {
     Pages.CurrentSection = 1;
     Dialogs.InputAnswers = {{true, "Zeta"}, {true, "Alpha"}, {true, "Zeta"}, {false, "x"}};
