@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 #include <QTextCursor>
+#include <QTextDocument>
 
 namespace {
 
@@ -266,12 +267,17 @@ WideString TUniMemoLines::Strings(int Index) const {
 }
 
 void TUniMemoLines::Add(const WideString& S) {
-    const WideString raw = FOwner->RawText();
+    // Only the last character matters: a text that does not end its last
+    // line gets the line end first. The document counts a closing block end
+    // of its own, which is not part of the text.
+    QTextDocument* document = FOwner->document();
+    const int count = document->characterCount();
     QString insertion;
-    if (!raw.empty() && raw.back() != u'\n') insertion += QChar(u'\n');
+    if (count > 1 && document->characterAt(count - 2) != QChar::ParagraphSeparator)
+        insertion += QChar(u'\n');
     insertion += QString::fromStdU16String(S);
     insertion += QChar(u'\n');
-    QTextCursor cursor(FOwner->document());
+    QTextCursor cursor(document);
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(insertion);
 }
