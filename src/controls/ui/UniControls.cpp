@@ -59,7 +59,7 @@ private:
 
 } // namespace
 
-int VirtualKeyOf(int QtKey) {
+int TUniEdit::VirtualKey(int QtKey) {
     if (QtKey >= Qt::Key_A && QtKey <= Qt::Key_Z) return QtKey; // same numbers
     if (QtKey >= Qt::Key_0 && QtKey <= Qt::Key_9) return QtKey;
     if (QtKey >= Qt::Key_F1 && QtKey <= Qt::Key_F24) return 112 + (QtKey - Qt::Key_F1);
@@ -241,7 +241,7 @@ TUniEdit::TUniEdit(QWidget* Parent) : QLineEdit(Parent) {}
 
 void TUniEdit::keyPressEvent(QKeyEvent* Event) {
     if (OnKeyDown) {
-        int key = VirtualKeyOf(Event->key());
+        int key = VirtualKey(Event->key());
         if (key != 0) {
             OnKeyDown(this, key, Event->modifiers());
             if (key == 0) {

@@ -27,16 +27,12 @@ using TOwnerDrawState = unsigned;
 
 // Paints one row of an owner-drawn list box. The canvas arrives with the
 // list's font and with the brush and font colour of the row's state.
-using TDrawItemEvent = std::function<void(TUniListBox& Control, TCanvas& Canvas, int Index,
-                                          const TRect& Rect, TOwnerDrawState State)>;
-using TNotifyEvent = std::function<void(QObject* Sender)>;
+using TUniDrawItemEvent = std::function<void(TUniListBox& Control, TCanvas& Canvas, int Index,
+                                             const TRect& Rect, TOwnerDrawState State)>;
+using TUniNotifyEvent = std::function<void(QObject* Sender)>;
 // Key is the classic virtual key number (13 Enter, 27 Escape, ...) and may
 // be set to 0 to swallow the key.
-using TKeyEvent = std::function<void(QObject* Sender, int& Key, Qt::KeyboardModifiers Shift)>;
-
-// The classic virtual key number of a Qt key, for the letters, digits and
-// the keys the forms look at; 0 for keys without one.
-int VirtualKeyOf(int QtKey);
+using TUniKeyEvent = std::function<void(QObject* Sender, int& Key, Qt::KeyboardModifiers Shift)>;
 
 // The rows of a list box as a string list with object values.
 class TUniListItems {
@@ -88,8 +84,8 @@ public:
 
     // Fires when the user changes the selection by mouse or keyboard, not
     // when the program sets ItemIndex.
-    TNotifyEvent OnClick;
-    TDrawItemEvent OnDrawItem;
+    TUniNotifyEvent OnClick;
+    TUniDrawItemEvent OnDrawItem;
 
     // Paints row Index into Canvas as the owner-drawn list would; used by
     // the row delegate and by tests.
@@ -119,7 +115,11 @@ public:
     int Tag() const { return FTag; }
     void SetTag(int Value) { FTag = Value; }
 
-    TKeyEvent OnKeyDown;
+    TUniKeyEvent OnKeyDown;
+
+    // The classic virtual key number of a Qt key, for the letters, digits
+    // and the keys the forms look at; 0 for keys without one.
+    static int VirtualKey(int QtKey);
 
 protected:
     void keyPressEvent(QKeyEvent* Event) override;
@@ -168,7 +168,7 @@ public:
     void SetTag(int Value) { FTag = Value; }
 
     // Fires on every change of the text, the program's own included.
-    TNotifyEvent OnChange;
+    TUniNotifyEvent OnChange;
 
 private:
     TUniMemoLines FLines{*this};
@@ -215,7 +215,7 @@ public:
     int Tag() const { return FTag; }
     void SetTag(int Value) { FTag = Value; }
 
-    TNotifyEvent OnClick;
+    TUniNotifyEvent OnClick;
 
 private:
     void Clicked();
