@@ -85,6 +85,19 @@ TEST_F(SynFormPagesTest, SectionChangeShowsTheOtherListsAndForgetsTheSelection) 
     EXPECT_EQ(SectionViews[5].Heading, std::u16string_view(u"Tag Completion List"));
 }
 
+TEST_F(SynFormPagesTest, ClickingAMenuShowsItsItems) {
+    MenuWithItems(1, {});
+    Pages.Keywords->AddMenu(u"N");
+    Pages.Keywords->AddMenuItem(1, u"n1", 20, u"");
+    Pages.RefreshMenuNames();
+    Pages.TabCodeMenu->resize(300, 400);
+    Pages.TabCodeMenu->show();
+    const QRect row = Pages.lbMenu->visualItemRect(Pages.lbMenu->item(1));
+    QTest::mouseClick(Pages.lbMenu->viewport(), Qt::LeftButton, {}, row.center());
+    EXPECT_EQ(Pages.lbMenu->property("ItemIndex").toInt(), 1);
+    EXPECT_EQ(Pages.lbMenuItem->Items().ToVector(), (Rows{u"n1"}));
+}
+
 TEST_F(SynFormPagesTest, AddMenuAppendsUnsortedAndSelectsTheFirstOfItsName) {
     Pages.CurrentSection = 1;
     Dialogs.InputAnswers = {{true, "Zeta"}, {true, "Alpha"}, {true, "Zeta"}, {false, "x"}};

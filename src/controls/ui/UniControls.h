@@ -57,6 +57,7 @@ private:
 class TUniListBox : public QListWidget {
     Q_OBJECT
     Q_PROPERTY(int Tag READ Tag WRITE SetTag)
+    Q_PROPERTY(int ItemIndex READ ItemIndex WRITE SetItemIndex)
 public:
     explicit TUniListBox(QWidget* Parent = nullptr);
 
