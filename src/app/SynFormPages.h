@@ -7,6 +7,18 @@
 // empty ToolbarHost widgets and wires the toolbar buttons to the slots.
 //
 // The page commands report every change through OnMarkModified.
+//
+// How the document commands of the main form meet these pages:
+//   new containers (FormCreate, ResetDocument): CreateLists()
+//   ResetDocument, clearing the pages: InfoMemo->Lines().Clear() and
+//     ClearListPages(); lbUserMenu keeps its rows
+//   OpenDocument: InfoMemo lines from Header, or FillDefaultHeader(); then
+//     FillHintsList(); SampleMemo lines from Sample; RefreshMenuNames() when
+//     TabCodeMenu is in view
+//   SaveDocument: Header and Sample from InfoMemo->Lines().ToVector() and
+//     SampleMemo->Lines().ToVector(); the menu lists and AutoHint are live
+//   section change: set CurrentSection, the heading and page from
+//     SectionViews, then RefreshSection()
 
 #include "app/KindIcons.h"
 #include "document/MenuList.h"
