@@ -90,7 +90,8 @@ void PaintPlusTabs(TCanvas& Canvas, const TPlusTabLayout& Layout,
         Canvas.SetFont(font);
         Canvas.SetTextBgColor(clNone);
         TRect text = Rect(r.Left, r.Top, r.Right, Layout.StripBottom);
-        Canvas.DrawText(StripHotkey(tab.Caption), text, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
+        Canvas.DrawText(StripHotkey(tab.Caption), text,
+                        DT_SINGLELINE | DT_CENTER | DT_VCENTER | DT_NOPREFIX);
     };
     for (int i = 0; i < int(Tabs.size()) && i < int(Layout.Tabs.size()); ++i)
         if (i != Active) paintOne(i);

@@ -92,6 +92,12 @@ bool IsAccel(int Key, WideView Caption) {
     return hot != 0 && hot == Upper(WideChar(Key));
 }
 
+bool MenuKeyMatches(int Key, WideView Caption) {
+    if (GetHotkey(Caption) != 0) return IsAccel(Key, Caption);
+    const WideString shown = StripHotkey(Caption);
+    return !shown.empty() && Upper(shown[0]) == Upper(WideChar(Key));
+}
+
 TWgMenuItem::~TWgMenuItem() = default;
 
 void TWgMenuItem::SetCaption(WideView Value) {

@@ -53,6 +53,9 @@ WideChar GetHotkey(WideView Caption);
 WideString StripHotkey(WideView Caption, int* HotkeyPos = nullptr);
 // True when Key (an upper-case character code) is the accelerator of Caption.
 bool IsAccel(int Key, WideView Caption);
+// The key a menu answers for Caption: its accelerator, or without one the
+// first character of the caption, as window menus do.
+bool MenuKeyMatches(int Key, WideView Caption);
 
 class TWgMenuItem;
 using TWgMenuItemEvent = std::function<void(TWgMenuItem* Sender)>;

@@ -29,7 +29,7 @@ int TWgMenuBarState::NextButton(int From, int Step) const {
 int TWgMenuBarState::AccelButton(int Key) const {
     for (int i = 0; i < FHost.ButtonCount(); ++i)
         if (FHost.ButtonVisible(i) && FHost.ButtonEnabled(i) &&
-            IsAccel(Key, FHost.ButtonCaption(i)))
+            MenuKeyMatches(Key, FHost.ButtonCaption(i)))
             return i;
     return -1;
 }

@@ -131,7 +131,7 @@ int PopupAccelItem(const TWgMenuItem& Parent, int Key, int From, bool& Unique) {
     for (int k = 1; k <= n; ++k) {
         const int i = ((From < 0 ? -1 : From) + k) % n;
         const TWgMenuItem* item = Parent.Items(i);
-        if (!IsStop(item) || !IsAccel(Key, item->Caption())) continue;
+        if (!IsStop(item) || !MenuKeyMatches(Key, item->Caption())) continue;
         if (first < 0) first = i;
         ++count;
     }
