@@ -5,16 +5,15 @@
 namespace {
 
 void Frame3D(TCanvas& Canvas, TRect& R, TColor TopLeft, TColor BottomRight, int Width) {
+    // The top right and bottom left corners take the bottom right colour.
     for (int i = 0; i < Width && !R.IsEmpty(); ++i) {
         Canvas.SetPenColor(TopLeft);
         Canvas.MoveTo(R.Left, R.Bottom - 1);
         Canvas.LineTo(R.Left, R.Top);
-        Canvas.LineTo(R.Right, R.Top);
+        Canvas.LineTo(R.Right - 1, R.Top);
         Canvas.SetPenColor(BottomRight);
-        Canvas.MoveTo(R.Right - 1, R.Top + 1);
         Canvas.LineTo(R.Right - 1, R.Bottom - 1);
-        Canvas.MoveTo(R.Left, R.Bottom - 1);
-        Canvas.LineTo(R.Right, R.Bottom - 1);
+        Canvas.LineTo(R.Left - 1, R.Bottom - 1);
         R = Rect(R.Left + 1, R.Top + 1, R.Right - 1, R.Bottom - 1);
     }
 }
