@@ -347,8 +347,9 @@ bool TWgMenuBar::eventFilter(QObject* Watched, QEvent* Event) {
     }
     // A key that its receiver ignores climbs to the parents through this
     // filter again; it counts once.
-    if (Event == FLastKey) return false;
+    if (Event == FLastKey && type == FLastKeyType) return false;
     FLastKey = Event;
+    FLastKeyType = type;
     auto* widget = qobject_cast<QWidget*>(Watched);
     if (!widget || !FMenu) return false;
     auto* key = static_cast<QKeyEvent*>(Event);

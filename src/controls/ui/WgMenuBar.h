@@ -97,4 +97,5 @@ private:
     QPointer<QWidget> FFocusToReturn;
     // The key event last seen, so that one event climbing the parents is handled once.
     const QEvent* FLastKey = nullptr;
+    QEvent::Type FLastKeyType = QEvent::None;
 };

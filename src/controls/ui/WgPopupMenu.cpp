@@ -118,7 +118,8 @@ void TWgPopupMenu::Popup(QPoint Pos, bool SelectFirst) {
         if (Pos.x() + width() > area.right())
             Pos.rx() = std::max(area.left(), area.right() - width());
     }
-    move(Pos);
+    // The client rectangle, not the frame: a popup's items start at Pos.
+    setGeometry(QRect(Pos, size()));
     FSelected = SelectFirst ? NextPopupItem(*FSource, -1, 1) : -1;
     FLastMouse = QCursor::pos();
     show();

@@ -8,6 +8,7 @@
 #include "controls/WgMenuBarState.h"
 #include "controls/WgPopupMenuLayout.h"
 
+#include <QEvent>
 #include <QPointer>
 #include <QWidget>
 

@@ -8,13 +8,13 @@
 #include "controls/WgToolBarLayout.h"
 #include "controls/WgToolBarPaint.h"
 #include "controls/ui/WgPanel.h"
+#include "controls/ui/WgPopupMenu.h"
 
 #include <QPointer>
 #include <QWidget>
 
 #include <functional>
 
-class TWgPopupMenu;
 class TCustomWgToolBar;
 
 using TNotifyEvent = std::function<void(QObject* Sender)>;
