@@ -215,6 +215,12 @@ TWgMenu::TWgMenu() : FItems(std::make_unique<TWgMenuItem>()) {
     };
 }
 
+TWgMenu::~TWgMenu() {
+    auto subscribers = std::move(FSubscribers);
+    for (auto& s : subscribers)
+        if (s.second) s.second(nullptr, true);
+}
+
 int TWgMenu::Subscribe(TChangeEvent Listener) {
     FSubscribers.emplace_back(FNextId, std::move(Listener));
     return FNextId++;

@@ -137,7 +137,8 @@ enum TWgMenuDrawStyle : std::uint8_t { tdsNormal = 0, tdsOfficeXP = 1 };
 class TWgMenu {
 public:
     TWgMenu();
-    virtual ~TWgMenu() = default;
+    // Tells the listeners, with a null item, that the menu goes away.
+    virtual ~TWgMenu();
     TWgMenuItem& Items() { return *FItems; }
     const TWgMenuItem& Items() const { return *FItems; }
 

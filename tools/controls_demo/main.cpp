@@ -252,7 +252,7 @@ int main(int argc, char** argv) {
             app.processEvents();
             image = form.grab().toImage();
             QPainter painter(&image);
-            painter.drawPixmap(form.mapFromGlobal(popup->pos()), popup->grab());
+            painter.drawPixmap(form.mapFromGlobal(popup->geometry().topLeft()), popup->grab());
         } else {
             std::fprintf(stderr, "the File menu did not open\n");
         }

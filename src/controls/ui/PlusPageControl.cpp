@@ -35,7 +35,9 @@ void TPlusTabSheet::SetPageControl(TPlusPageControl* Value) {
     if (FPageControl == Value) return;
     if (FPageControl) FPageControl->RemovePage(this);
     setParent(Value);
-    if (Value) Value->InsertPage(this);
+    if (!Value) return;
+    Value->InsertPage(this);
+    if (!Value->FActivePage) Value->SetActivePage(this);
 }
 
 int TPlusTabSheet::PageIndex() const {

@@ -199,6 +199,14 @@ void TWgMenuBar::CopyItemToButton(TWgMenuBarButton* Button) {
 }
 
 void TWgMenuBar::MenuChanged(TWgMenuItem* Item, bool Structural) {
+    if (!Item && Structural) {
+        // The menu is being destroyed: let go of it without calling it again.
+        FSubscription = 0;
+        FMenu = nullptr;
+        RemoveHook();
+        Rebuild();
+        return;
+    }
     if (Structural) {
         Rebuild();
         return;

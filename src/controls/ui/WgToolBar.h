@@ -17,12 +17,11 @@
 
 class TCustomWgToolBar;
 
-using TNotifyEvent = std::function<void(QObject* Sender)>;
-
 class TCustomWgGraphicButton : public QWidget {
     Q_OBJECT
     Q_PROPERTY(int Tag READ Tag WRITE SetTag)
 public:
+    using TNotifyEvent = std::function<void(QObject* Sender)>;
     explicit TCustomWgGraphicButton(QWidget* Parent = nullptr);
 
     int Tag() const { return FTag; }

@@ -24,7 +24,6 @@ protected:
             sheet->SetPageControl(&Plus);
         }
         Plus.OnChange = [this](QObject*) { ++Changes; };
-        Plus.SetActivePageIndex(0);
         Plus.show();
     }
     TPlusPageControl Plus;
@@ -34,12 +33,14 @@ protected:
 } // namespace
 
 TEST_F(PlusPageControlWidgetTest, ClickingATabSelectsItsPage) {
-    EXPECT_EQ(Plus.ActivePageIndex(), 0);
-    EXPECT_EQ(Changes, 1);
+    EXPECT_EQ(Plus.ActivePageIndex(), 0); // the first sheet took over when it joined
+    Plus.SetActivePageIndex(0);
+    EXPECT_EQ(Changes, 0);
     const TRect second = Plus.TabLayout().Tabs[1];
     QTest::mouseClick(&Plus, Qt::LeftButton, Qt::NoModifier,
                       QPoint(second.Left + 5, second.Top + 5));
     EXPECT_EQ(Plus.ActivePageIndex(), 1);
+    EXPECT_EQ(Changes, 1);
     EXPECT_TRUE(Plus.Pages(0)->isHidden());
     EXPECT_FALSE(Plus.Pages(1)->isHidden());
     EXPECT_EQ(Plus.Pages(1)->geometry(), Plus.PageRect());

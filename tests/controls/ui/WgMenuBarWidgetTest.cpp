@@ -192,3 +192,42 @@ TEST_F(MenuBarWidgetTest, OwnerDrawnTopItemsShowTheHighlightWhenHot) {
     ASSERT_EQ(Bar->HotButton(), 0);
     EXPECT_EQ(file->grab().toImage().pixelColor(1, 1), QColor(49, 106, 197));
 }
+
+TEST_F(MenuBarWidgetTest, SubMenusOpenWithRightCloseWithLeftAndRunTheirItems) {
+    TWgMenuItem* recent = File->Insert(2, std::make_unique<TWgMenuItem>(u"Recent"));
+    recent->Add(u"one.syx");
+    TWgMenuItem* two = recent->Add(u"two.syx");
+    two->OnClick = [this](TWgMenuItem* Sender) { Clicked.push_back(Sender); };
+    Key(Edit, Qt::Key_F, Qt::AltModifier);
+    TWgPopupMenu* popup = Popup();
+    ASSERT_NE(popup, nullptr);
+    Key(popup, Qt::Key_Down);
+    Key(popup, Qt::Key_Down);
+    Key(popup, Qt::Key_Right);
+    ASSERT_NE(popup->SubMenu(), nullptr);
+    TWgPopupMenu* sub = popup->SubMenu();
+    EXPECT_EQ(sub->Selected(), 0);
+    EXPECT_EQ(sub->geometry().top(), popup->mapToGlobal(popup->ItemRect(2).topLeft()).y() - 2);
+    Key(sub, Qt::Key_Left);
+    EXPECT_EQ(popup->SubMenu(), nullptr);
+    EXPECT_EQ(popup->Selected(), 2);
+    Key(popup, Qt::Key_Return); // Enter on a sub-menu opens it
+    ASSERT_NE(popup->SubMenu(), nullptr);
+    sub = popup->SubMenu();
+    Key(sub, Qt::Key_T); // the only item starting with T runs at once
+    EXPECT_FALSE(popup->isVisible());
+    EXPECT_EQ(Clicked, (std::vector<TWgMenuItem*>{two}));
+}
+
+TEST(MenuBarWidget, AMenuThatGoesFirstLeavesAnEmptyBar) {
+    TWgMenuBar bar;
+    {
+        TWgMainMenu menu;
+        menu.Items().Add(u"File")->Add(u"New");
+        bar.SetMenu(&menu);
+        EXPECT_EQ(bar.MenuButtons().size(), 1);
+    }
+    EXPECT_EQ(bar.Menu(), nullptr);
+    EXPECT_TRUE(bar.MenuButtons().isEmpty());
+    EXPECT_EQ(bar.height(), 20);
+}
