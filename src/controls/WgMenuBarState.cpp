@@ -79,12 +79,15 @@ bool TWgMenuBarState::KeyDown(int Key, TShortCut Shift) {
             FAltDown = false;
             swallow = true;
         }
-    } else if ((Key == VK_RETURN || Key == VK_DOWN) && FHot >= 0 && !FPopupOpen) {
+    } else if ((Key == VK_RETURN || Key == (Vertical ? VK_RIGHT : VK_DOWN)) && FHot >= 0 &&
+               !FPopupOpen) {
         OpenHot(true);
         swallow = true;
-    } else if ((Key == VK_LEFT || Key == VK_RIGHT) && FHot >= 0) {
+    } else if ((Vertical ? (Key == VK_UP || Key == VK_DOWN)
+                         : (Key == VK_LEFT || Key == VK_RIGHT)) &&
+               FHot >= 0) {
         const bool wasOpen = FPopupOpen;
-        const int next = NextButton(FHot, Key == VK_LEFT ? -1 : 1);
+        const int next = NextButton(FHot, Key == VK_LEFT || Key == VK_UP ? -1 : 1);
         SetHot(next);
         if (wasOpen && next >= 0) FHost.PostMessage(WM_MENUBAR_OPENPOPUP, 2, next);
         swallow = true;

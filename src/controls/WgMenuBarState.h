@@ -45,6 +45,9 @@ class TWgMenuBarState {
 public:
     explicit TWgMenuBarState(TWgMenuBarHost& Host) : FHost(Host) {}
 
+    // A vertical bar opens with Right and walks with Up and Down.
+    bool Vertical = false;
+
     int Hot() const { return FHot; }
     void SetHot(int Button);
     bool PopupOpen() const { return FPopupOpen; }

@@ -91,6 +91,19 @@ TEST_F(MenuBarStateTest, ArrowsWalkTheButtonsWithWrapSkippingHiddenOnes) {
     }
 }
 
+TEST_F(MenuBarStateTest, AVerticalBarWalksWithUpAndDownAndOpensWithRight) {
+    State.Vertical = true;
+    State.SetHot(0);
+    EXPECT_FALSE(State.KeyDown(VK_LEFT, 0));
+    EXPECT_TRUE(State.KeyDown(VK_UP, 0));
+    EXPECT_EQ(State.Hot(), 3);
+    EXPECT_TRUE(State.KeyDown(VK_DOWN, 0));
+    EXPECT_EQ(State.Hot(), 0);
+    EXPECT_FALSE(State.PopupOpen());
+    EXPECT_TRUE(State.KeyDown(VK_RIGHT, 0));
+    EXPECT_TRUE(State.PopupOpen());
+}
+
 TEST_F(MenuBarStateTest, ArrowsDoNothingWithoutAHotButton) {
     EXPECT_FALSE(State.KeyDown(VK_RIGHT, 0));
     EXPECT_EQ(State.Hot(), -1);

@@ -265,7 +265,10 @@ void TWgMenuBar::PressButton(int Index) {
         for (TWgMenuBarButton* b : FButtons)
             b->update();
     };
-    popup->OnForeignKey = [this](int Key, TShortCut Shift) { return FState.KeyDown(Key, Shift); };
+    popup->OnForeignKey = [this](int Key, TShortCut Shift) {
+        FState.Vertical = Orientation() == 1;
+        return FState.KeyDown(Key, Shift);
+    };
     popup->OnMouseOutside = [this](QPoint GlobalPos) { MouseMoveAt(GlobalPos); };
     popup->OnPressOutside = [this](QPoint GlobalPos) {
         const int index = ButtonAtGlobal(GlobalPos);
@@ -371,5 +374,6 @@ bool TWgMenuBar::eventFilter(QObject* Watched, QEvent* Event) {
     // Open popups take their own keys; the bar acts for its form only, and
     // only while that form is the active one.
     if (widget->window() != form || QApplication::activeWindow() != form) return false;
+    FState.Vertical = Orientation() == 1;
     return FState.KeyDown(VirtualKeyOf(key->key()), ShiftStateOf(key->modifiers()));
 }
