@@ -127,7 +127,7 @@ public:
     TPlusTabStyleKind TabStyle() const { return FTabStyle; }
     void SetTabStyle(TPlusTabStyleKind Value) { FTabStyle = Value; }
     bool TabSplitLine() const { return FTabSplitLine; }
-    // Refused with an exception for the dotted and the classic-IDE styles.
+    // Refused with an exception while TabStyle is tsDotNet or tsDelphi.
     void SetTabSplitLine(bool Value);
 
     std::function<void(QObject* Sender)> OnChange;
