@@ -113,7 +113,9 @@ TEST(WgPanelPaint, BitmapBackgroundsAndTheirFallback) {
         const auto draws = canvas.OpsStartingWith(type == bgtStretchBitmap ? "Stretch" : "Draw(");
         ASSERT_FALSE(draws.empty());
         EXPECT_EQ(draws[0], first);
-        if (type == bgtTileBitmap) EXPECT_EQ(draws.size(), 9u); // 3 across, 3 down
+        if (type == bgtTileBitmap) {
+            EXPECT_EQ(draws.size(), 9u); // 3 across, 3 down
+        }
     }
     TRecordingCanvas canvas;
     TMemoryBitmap empty;

@@ -96,7 +96,9 @@ TEST(WgToolBarLayout, Wrapping) {
             tops.push_back(item.Bounds.Top);
         EXPECT_EQ(tops, c.Tops) << &c - cases;
         EXPECT_EQ(thickness, c.Thickness) << &c - cases;
-        if (c.Tops[2] == 3 && c.Tops[3] == 30) EXPECT_EQ(items[3].Bounds.Left, 3);
+        if (c.Tops[2] == 3 && c.Tops[3] == 30) {
+            EXPECT_EQ(items[3].Bounds.Left, 3);
+        }
     }
 }
 
