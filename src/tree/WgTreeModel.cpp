@@ -79,6 +79,12 @@ void TWgTreeModel::SetMultiSelect(bool Value) {
 
 void TWgTreeModel::DoSetFocused(TWgTreeItem* Item, bool /*Forced*/) {
     if (Item == FFocused) return;
+    AssignFocus(Item);
+    if (FFocusHold == 0 && OnItemFocused) OnItemFocused(*this);
+}
+
+void TWgTreeModel::AssignFocus(TWgTreeItem* Item) {
+    if (Item == FFocused) return;
     TWgTreeItem* old = FFocused;
     if (old) {
         old->FFlags &= ~ifFocused;
@@ -89,7 +95,6 @@ void TWgTreeModel::DoSetFocused(TWgTreeItem* Item, bool /*Forced*/) {
         Item->FFlags |= ifFocused;
         Item->RepaintItem();
     }
-    if (FFocusHold == 0 && OnItemFocused) OnItemFocused(*this);
 }
 
 void TWgTreeModel::ReleaseFocusEvent(TWgTreeItem* OldFocused) {

@@ -204,6 +204,10 @@ public:
 
 protected:
     void SetDestroying() { FDestroying = true; }
+    // Moves the focused flag, with repaints, and fires no event: for trees
+    // that decide themselves when OnItemFocused fires.
+    void AssignFocus(TWgTreeItem* Item);
+    bool FocusEventHeld() const { return FFocusHold > 0; }
 
 private:
     friend class TWgTreeItem;

@@ -2,6 +2,8 @@
 // Enumerations and bit sets shared by the tree, its items and its header.
 // Ordinal values are stored in form streams and must not change.
 
+#include "base/Canvas.h"
+
 #include <cstdint>
 
 enum TWgFieldType : std::uint8_t {
@@ -48,8 +50,8 @@ enum TItemChangeMode : std::uint8_t {
 };
 enum TSortModes : std::uint8_t { smNone = 0, smAdd = 1, smClick = 2, smAddClick = 3 };
 
-// Font style bits as the cell style record stores them.
-enum TWgFontStyle : std::uint8_t { fsBold = 1, fsItalic = 2, fsUnderline = 4, fsStrikeOut = 8 };
+// Font style bits as the cell style record stores them: the canvas's own.
+using TWgFontStyle = TFontStyle;
 
 // Bits of TWgTreeItem::Flags.
 enum TWgItemFlag : std::uint32_t {
