@@ -76,26 +76,28 @@ TRect TWgTreeView::MainCellRect(TWgTreeItem* Item, const TRect& Row) const {
     return r;
 }
 
-void TWgTreeView::AddTreeLines(TWgTreeItem* Item, const TRect& Row, TRect& R,
+void TWgTreeView::AddTreeLines(TWgTreeItem* Item, const TRect& Row, int LineLeft,
                                TWgMainCellLayout& L) const {
     const int indent = FOwner.ItemIndent();
     const bool filter = FOwner.FilteredVisibility();
     const int top = Row.Top, bottom = Row.Bottom, mid = Row.Top + Row.Height() / 2;
+    const int right = L.Cell.Right;
     std::vector<TWgTreeItem*> ancestors;
     for (TWgTreeItem* p = Item->Parent(); p; p = p->Parent())
         ancestors.push_back(p);
     std::reverse(ancestors.begin(), ancestors.end());
+    int slot = LineLeft; // the slot of level 0; one more per level
     for (TWgTreeItem* a : ancestors) {
-        const int x = R.Left + indent / 2;
+        const int x = slot + indent / 2;
         const bool drawn = a->Level() > 0 || FOwner.ShowRoot();
-        if (drawn && x < R.Right && HasNextSiblingWithLines(a, filter))
+        if (drawn && x < right && HasNextSiblingWithLines(a, filter))
             L.Lines.push_back({x, top, x, bottom});
-        R.Left += indent;
+        slot += indent;
     }
     if (Item->Level() == 0 && !FOwner.ShowRoot()) return;
-    const int slot = R.Left - indent, x = slot + indent / 2;
-    if (x >= R.Right) return;
-    L.Lines.push_back({x, mid, std::min(slot + indent, R.Right), mid});
+    const int x = slot + indent / 2;
+    if (x >= right) return;
+    L.Lines.push_back({x, mid, std::min(slot + indent, right), mid});
     // No line comes down to the very first row of the tree.
     const bool fromMid = Item->Level() == 0 && IsFirstSibling(Item, filter);
     const int y1 = fromMid ? mid : top;
@@ -117,16 +119,19 @@ TWgMainCellLayout TWgTreeView::LayoutMainCell(TWgTreeItem* Item, const TRect& Ro
         R.Left += indent;
     else
         R.Left += indent / 5;
+    // Level 0 has its slot just left of here; each level one slot more.
+    // The row's own slot, with its button and line stub, is the one that
+    // the step after the button passes over, so that the text, images and
+    // check box follow the button directly.
     if (FOwner.ShowLines() && !Item->HasStaticFlag(sfSuppressLines))
-        AddTreeLines(Item, Row, R, L);
-    else
-        R.Left += level * indent;
+        AddTreeLines(Item, Row, R.Left - indent, L);
+    R.Left += (level - 1) * indent;
 
     const bool hasButton = Item->HasVisibleChildren() || Item->HasStaticFlag(sfForceButtons);
     if (FOwner.ShowButtons() && !Item->HasStaticFlag(sfSuppressButtons) &&
         !(level == 0 && !FOwner.ShowRootButtons) && (hasButton || FOwner.ShowLeafButton)) {
         L.Button = true;
-        L.ButtonSlot = Rect(R.Left - indent, Row.Top, R.Left, Row.Bottom);
+        L.ButtonSlot = Rect(R.Left, Row.Top, R.Left + indent, Row.Bottom);
         if (!Item->HasVisibleChildren() && FOwner.ShowLeafButton)
             L.ButtonGlyph = 2;
         else

@@ -120,6 +120,8 @@ void TWgTreeView::Repaint() {
 void TWgTreeView::MarkStale(std::uint32_t Marks) {
     if (Marks & tsmHRange) FHRange = -1;
     FMarks |= Marks & ~std::uint32_t(tsmHRange);
+    // A delayed fit is work of the update's layout step.
+    if (Marks & tsmColumnSizeUpdate) FMarks |= tsmUpdated;
 }
 
 // ---- what the model tells the view

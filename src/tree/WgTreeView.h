@@ -168,7 +168,8 @@ private:
     // layout
     int RowHeight(TWgTreeItem* Item) const;
     TRect MainCellRect(TWgTreeItem* Item, const TRect& Row) const;
-    void AddTreeLines(TWgTreeItem* Item, const TRect& Row, TRect& R, TWgMainCellLayout& L) const;
+    void AddTreeLines(TWgTreeItem* Item, const TRect& Row, int LineLeft,
+                      TWgMainCellLayout& L) const;
     void MirrorLayout(TWgMainCellLayout& L) const;
     int FitWidth(TWgHeaderSection* Section);
     void FitAllColumns();
