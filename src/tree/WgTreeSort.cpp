@@ -323,11 +323,10 @@ void TWgTreeView::QuickSort(TWgTreeItem* Parent, std::vector<TWgTreeItem*>& List
     }
 }
 
-void TWgTreeView::RewriteAllList(TWgTreeItem* Parent) {
-    if (!Parent->HasChildren()) return;
+void TWgTreeView::RewriteAllList(TWgTreeItem* Parent, int Position) {
+    if (!Parent->HasChildren() || Position < 0) return;
     auto& all = FOwner.AllList();
-    int pos = FOwner.IndexOfItem(Parent->GetFirstChild());
-    if (pos < 0) return;
+    int pos = Position;
     // The quick sort reordered only the children lists; the flat list
     // follows them by a depth-first walk of the subtree.
     std::vector<TWgTreeItem*> stack(Parent->Children()->Items().rbegin(),
@@ -366,11 +365,12 @@ void TWgTreeView::SortItem(TWgTreeItem* Parent, bool Recursive) {
     const bool savedRecursive = FSortRecursive;
     FSortColumn = column;
     FSortRecursive = Recursive;
+    const int position = FOwner.IndexOfItem(Parent->GetFirstChild());
     Parent->SetFlagsRaw(Parent->Flags() & ~std::uint32_t(ifSortKeysReady));
     std::vector<TWgTreeItem*> children = Parent->Children()->Items();
     QuickSort(Parent, children, 0, count - 1, column, type, mode);
     Parent->SetChildrenOrder(children);
-    RewriteAllList(Parent);
+    RewriteAllList(Parent, position);
     FSortColumn = savedColumn;
     FSortRecursive = savedRecursive;
     FOwner.MarkStale(tsmAll);

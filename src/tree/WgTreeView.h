@@ -190,7 +190,7 @@ private:
     void QuickSort(TWgTreeItem* Parent, std::vector<TWgTreeItem*>& List, int L, int R, int Column,
                    TSortTypes Type, int Mode);
     void PrepareKey(TWgTreeItem* Item, int Column, TSortTypes Type);
-    void RewriteAllList(TWgTreeItem* Parent);
+    void RewriteAllList(TWgTreeItem* Parent, int Position);
     // selection and input
     bool ItemUsable(TWgTreeItem* Item) const;
     void FireAfterSelectionChange();

@@ -150,8 +150,8 @@ TEST(TreeViewPaint, ImagesAndStateImagesSetTheMarks) {
     std::vector<std::string> draws;
     for (const std::string& op : ops)
         if (op.rfind("Draw(", 0) == 0) draws.push_back(op);
-    EXPECT_EQ(draws, (std::vector<std::string>{"Draw(17,2) 12x12 key=none",
-                                               "Draw(34,0) 16x16 key=none"}));
+    EXPECT_EQ(draws,
+              (std::vector<std::string>{"Draw(17,2) 12x12 key=none", "Draw(34,0) 16x16 key=none"}));
     f.Tree.ShowEmptyImages = true;
     f.Tree.DisplayChanged();
     f.Paint();

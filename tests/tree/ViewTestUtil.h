@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -44,7 +45,7 @@ struct TViewFixture {
         TWgTreeLock lock(Tree);
         std::vector<TWgTreeItem*> parents{nullptr};
         for (const std::string& line : Lines) {
-            const std::size_t spaces = line.find_first_not_of(' ');
+            const std::size_t spaces = std::min(line.find_first_not_of(' '), line.size());
             const std::size_t level = spaces / 2;
             parents.resize(level + 1);
             WideString text(line.begin() + std::ptrdiff_t(spaces), line.end());
