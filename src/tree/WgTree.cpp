@@ -1,5 +1,6 @@
 #include "tree/WgTree.h"
 
+#include "tree/WgTreeErrors.h"
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
 
@@ -145,4 +146,14 @@ void TCustomWgTree::Loaded() {
     SetLineHeight(FTreeView->ComputeLineHeight());
     MarkStale(tsmAll | tsmHRange);
     FTreeView->IsUpdating(false);
+}
+
+TWgTreeItem* TCustomWgTree::TopItem() const {
+    const auto& rows = FTreeView->VisibleList();
+    return rows.empty() ? nullptr : rows.front();
+}
+
+void TCustomWgTree::SetTopItem(TWgTreeItem* Item) {
+    if (!Item) throw EWgTreeError(WgTreeMessages::SItemNotSpecified);
+    FTreeView->ScrollToTop(Item);
 }

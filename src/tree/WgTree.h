@@ -155,6 +155,9 @@ public:
     void SelectRange(TWgTreeItem* From, TWgTreeItem* To, bool Select) {
         FTreeView->SelectRange(From, To, Select);
     }
+    // The first row on screen; setting none raises EWgTreeError.
+    TWgTreeItem* TopItem() const;
+    void SetTopItem(TWgTreeItem* Item);
     void SelectAll();
     void InvertSelection();
     int SelectedCount() const;

@@ -2,6 +2,7 @@
 // computed in one place; painting, hit testing and fitting read it.
 
 #include "tree/WgTree.h"
+#include "tree/WgTreeErrors.h"
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
 #include "tree/WgTreeView.h"
@@ -70,7 +71,7 @@ TRect TWgTreeView::MainCellRect(TWgTreeItem* Item, const TRect& Row) const {
         }
     } else {
         r.Left = 0;
-        r.Right = std::max(Row.Right + FLeftPosition, FHRange);
+        r.Right = Row.Right + FLeftPosition;
     }
     if (FOwner.VerticalLines && !(FOwner.BarStyle && !FOwner.BarStyleVerticalLines)) --r.Right;
     return r;
@@ -389,4 +390,57 @@ void TWgTreeView::AutoSizeSection(int SectionIndex) {
 
 void TWgTreeView::AutoSizeAllSections() {
     AutoSizeAllColumns();
+}
+
+// ---- where an in-place editor goes
+
+TRect TWgTreeView::EditCellRect(TWgTreeItem* Item, int SectionIndex) {
+    if (!Item) throw EWgTreeError(WgTreeMessages::SItemNotSpecified);
+    if (std::find(FVisibleList.begin(), FVisibleList.end(), Item) == FVisibleList.end())
+        EnsureVisible(Item);
+    const auto it = std::find(FVisibleList.begin(), FVisibleList.end(), Item);
+    if (it == FVisibleList.end()) return TRect{};
+    const int row = int(it - FVisibleList.begin());
+    const TRect text = Item->TextRect();
+    const int cw = FClientWidth;
+    TWgHeaderSection* s =
+        FOwner.ShowColumns() ? FHeader.Sections().GetSection(SectionIndex) : nullptr;
+    TRect cell;
+    if (s) {
+        const bool main = SectionIndex == MainColumn();
+        const int l = main ? text.Left : s->Left();
+        const int r = main ? text.Right : s->Right();
+        const int w = r - l;
+        int lp = FLeftPosition;
+        if (!FOwner.RightAlignedView) {
+            if (lp > l)
+                lp = l;
+            else if (cw > w && cw + lp < r)
+                lp = r - cw;
+            if (cw <= w) lp = l;
+        } else {
+            if (cw + lp < r || cw <= w)
+                lp = r - cw;
+            else if (lp > l)
+                lp = l;
+        }
+        SetHPosition(lp);
+        lp = FLeftPosition;
+        if (!FOwner.RightAlignedView)
+            cell = Rect(l - lp, 0, std::min(s->Right() - lp, cw - 1), 0);
+        else
+            cell = Rect(std::max(s->Left() - lp, 0), 0, r - lp, 0);
+    } else {
+        if (text.Left < FLeftPosition)
+            SetHPosition(text.Left);
+        else if (text.Left >= FLeftPosition + cw)
+            SetHPosition(text.Left - cw + 1);
+        const int lp = FLeftPosition;
+        cell = FOwner.RightAlignedView ? Rect(0, 0, text.Right - lp, 0)
+                                       : Rect(text.Left - lp, 0, cw - 1, 0);
+    }
+    const TRect r = GetItemRect(row);
+    cell.Top = r.Top;
+    cell.Bottom = r.Bottom;
+    return cell;
 }

@@ -105,6 +105,11 @@ public:
     TCanvas& MeasureCanvas() const;
     TFont TreeFont() const;
 
+    // Where an in-place editor for the cell goes, in view coordinates; the
+    // row is brought into view and the view scrolled horizontally first.
+    // No item raises EWgTreeError.
+    TRect EditCellRect(TWgTreeItem* Item, int SectionIndex);
+
     // ---- painting
     void Paint(TCanvas& Canvas, const TRect& UpdateRect);
     void RedrawTree(TCanvas& Canvas, const TRect& Clip);

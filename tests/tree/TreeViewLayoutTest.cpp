@@ -1,4 +1,5 @@
 #include "ViewTestUtil.h"
+#include "tree/WgTreeErrors.h"
 
 namespace {
 
@@ -305,4 +306,66 @@ TEST(TreeViewLayout, AutoSizeColumnMeasuresCellsAndCaption) {
     EXPECT_EQ(main->Width(), 68);
     f.Tree.EndUpdate();
     EXPECT_EQ(main->Width(), 39 + 48 + 5);
+}
+
+TEST(TreeViewLayout, EditCellRectScrollsTheCellIntoView) {
+    TViewFixture f(200, 100);
+    f.Tree.SetShowColumnsProp(true);
+    auto& sections = f.Tree.Header().Sections();
+    sections.AddSection()->SetWidth(150);
+    sections.AddSection()->SetWidth(150);
+    f.Build({"a", "b"});
+    f.Paint();
+    // The second section (150..300) is brought in: LeftPosition 100.
+    EXPECT_EQ(f.View().EditCellRect(f.Item("b"), 1), Rect(50, 17, 199, 34));
+    EXPECT_EQ(f.View().LeftPosition(), 100);
+    // The main column by the text: scrolled back to its left side.
+    EXPECT_EQ(f.View().EditCellRect(f.Item("b"), 0), Rect(0, 17, 128, 34));
+    EXPECT_EQ(f.View().LeftPosition(), 22);
+    EXPECT_THROW(f.View().EditCellRect(nullptr, 0), EWgTreeError);
+    EXPECT_THROW(f.Tree.SetTopItem(nullptr), EWgTreeError);
+
+    TViewFixture g(200, 100);
+    g.Build({"a"});
+    g.Paint();
+    EXPECT_EQ(g.View().EditCellRect(g.Item("a"), -1), Rect(22, 0, 199, 17));
+}
+
+TEST(TreeViewLayout, RightAlignedViewMirrorsLayoutAndHitTest) {
+    TViewFixture f(200, 100);
+    f.Tree.RightAlignedView = true;
+    f.Tree.DisplayChanged();
+    f.Build({"a", "  a1", "b"});
+    f.Paint();
+    EXPECT_EQ(f.Item("a")->TextRect(), Rect(172, 0, 178, 17));
+    struct Case {
+        int X, Y;
+        TWgItemPart Part;
+    };
+    const Case cases[] = {{175, 5, ipMainText}, {181, 5, ipMainText}, {182, 5, ipButton},
+                          {198, 5, ipButton},   {199, 5, ipOutside},  {182, 22, ipOutside}};
+    for (const Case& c : cases) {
+        int column = -1;
+        TWgItemPart part = ipOutside;
+        f.View().GetItemAt(c.X, c.Y, column, part);
+        EXPECT_EQ(part, c.Part) << c.X << "," << c.Y;
+    }
+}
+
+TEST(TreeViewLayout, LineHintsOnlyForCutTexts) {
+    TViewFixture f(200, 100);
+    f.Build({"ab", std::string(40, 'x') + "|tail"});
+    f.Paint();
+    f.View().MouseMove(0, 30, 5, false);
+    EXPECT_EQ(f.Host.Timers[vtHint], 500);
+    f.View().TimerFired(vtHint);
+    EXPECT_TRUE(f.Host.Hints.empty()); // "ab" fits
+    f.View().MouseMove(0, 30, 22, false);
+    f.View().TimerFired(vtHint);
+    ASSERT_EQ(f.Host.Hints.size(), 1u);
+    // The text up to the bar, over the cell, as wide as the text + 3/5 indent.
+    EXPECT_EQ(f.Host.Hints[0], "(22,17,272,34) " + std::string(40, 'x'));
+    EXPECT_EQ(f.Host.Timers[vtHintHide], 3000);
+    f.View().MouseMove(0, 31, 22, false);
+    EXPECT_EQ(f.Host.Hints.back(), "hide");
 }

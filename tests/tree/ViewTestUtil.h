@@ -26,6 +26,11 @@ public:
     void StopTimer(TWgViewTimer Timer) override { Timers.erase(Timer); }
     void DrawFocusFrame(const TRect& R) override { Frames.push_back(R); }
     void ScrollBarsChanged() override { ++ScrollChanges; }
+    std::vector<std::string> Hints;
+    void ShowLineHint(const TRect& R, const WideString& Text) override {
+        Hints.push_back(TRecordingCanvas::Rect(R) + " " + AsciiFromWide(Text));
+    }
+    void HideLineHint() override { Hints.push_back("hide"); }
     bool Running(TWgViewTimer Timer) const { return Timers.count(Timer) > 0; }
 };
 
