@@ -469,7 +469,6 @@ TWgTreeItem* TWgTreeView::FindNewFocused(int Key, TWgTreeItem* Focused) const {
         FOwner.IterateBack(
             true, false,
             [&](TWgTreeItem* Item, int, bool& Continue, void*, TWgTreeModel*) {
-                if (Item->VisIndex() < 0) return; // inside a collapsed branch
                 if (Item->Enabled() || FOwner.IgnoreEnabled()) {
                     last = Item;
                     Continue = false;

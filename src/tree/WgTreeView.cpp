@@ -157,7 +157,8 @@ void TWgTreeView::ClearVisibleRows() {
 
 void TWgTreeView::InvalidateItem(TWgTreeItem* Item, int Column) {
     if (!FHost || FOwner.IsLocked()) {
-        FMarks |= tsmRedrawMark;
+        // Repainted by the update that ends the lock.
+        FMarks |= tsmRedrawMark | tsmUpdated;
         return;
     }
     const auto it = std::find(FVisibleList.begin(), FVisibleList.end(), Item);
@@ -244,12 +245,17 @@ void TWgTreeView::FillVisibleList(int Start) {
 int TWgTreeView::MaxTopIndex() {
     const int total = FOwner.TotalVisible();
     if (FOwner.TotalVarHeightCount() <= 0) return total - GetVisiCount() + 1;
-    int index = total - 1, sum = 0;
-    for (; index >= 0; --index) {
-        sum += FOwner.Items().ItemAsVis(index)->GetHeight();
-        if (sum > FClientHeight) break;
-    }
-    return index + 1;
+    // Back from the last row until the rows no longer fit.
+    int index = total, sum = 0;
+    FOwner.IterateBack(
+        true, false,
+        [&](TWgTreeItem* Item, int, bool& Continue, void*, TWgTreeModel*) {
+            --index;
+            sum += Item->GetHeight();
+            if (sum > FClientHeight) Continue = false;
+        },
+        nullptr);
+    return sum > FClientHeight ? index + 1 : 0;
 }
 
 void TWgTreeView::SetVPosition(int Pos) {
@@ -362,13 +368,18 @@ void TWgTreeView::ScrollToBottom(TWgTreeItem* Item) {
         SetVScroll(index - GetVisCount() + 1);
         return;
     }
-    int top = index, sum = Item->GetHeight();
-    while (top > 0) {
-        const int h = FOwner.Items().ItemAsVis(top - 1)->GetHeight();
-        if (sum + h > FClientHeight) break;
-        sum += h;
-        --top;
-    }
+    int top = index, row = index, sum = 0;
+    FOwner.IterateBackFrom(
+        true, false,
+        [&](TWgTreeItem* Row, int, bool& Continue, void*, TWgTreeModel*) {
+            sum += Row->GetHeight();
+            if (sum > FClientHeight && Row != Item) {
+                Continue = false;
+                return;
+            }
+            top = row--;
+        },
+        nullptr, Item);
     SetVScroll(top);
 }
 

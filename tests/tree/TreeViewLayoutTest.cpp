@@ -369,3 +369,30 @@ TEST(TreeViewLayout, LineHintsOnlyForCutTexts) {
     f.View().MouseMove(0, 31, 22, false);
     EXPECT_EQ(f.Host.Hints.back(), "hide");
 }
+
+TEST(TreeViewLayout, RowsOfTheirOwnHeight) {
+    TViewFixture f(200, 100);
+    f.Build(Rows(6));
+    {
+        TWgTreeLock lock(f.Tree);
+        for (int i = 0; i < 6; ++i) {
+            TWgTreeItem* item = f.Tree.Items().Item(i);
+            item->SetOwnerHeight(false);
+            item->SetFixedHeight(i % 2 == 0 ? 30 : 17);
+        }
+    }
+    ASSERT_EQ(f.Tree.TotalVarHeightCount(), 6);
+    // Back from the end: 17 + 30 + 17 + 30 = 94 fits, + 17 does not.
+    EXPECT_EQ(f.View().MaxTopIndex(), 2);
+    f.View().SetVScroll(100);
+    EXPECT_EQ(f.View().TopIndex(), 2);
+    EXPECT_EQ(f.View().BottomIndex(), 5);
+    EXPECT_EQ(f.View().GetItemRect(1), Rect(0, 30, 200, 47));
+    EXPECT_EQ(f.View().GetItemAtY(40), 1);
+    EXPECT_EQ(f.View().GetItemAtY(94), -1);
+    EXPECT_EQ(f.View().VScrollBar().Page, 1);
+    EXPECT_EQ(f.View().VScrollBar().Max, 2);
+    f.View().SetVScroll(0);
+    f.View().ScrollToBottom(f.Tree.Items().Item(4));
+    EXPECT_EQ(f.View().TopIndex(), 1); // rows 1..4: 17 + 30 + 17 + 30
+}
