@@ -11,6 +11,10 @@ TCustomWgTree::TCustomWgTree()
     SetMultiSelect(true);
     SetSortSection(0);
     SetLineHeight(FTreeView->ComputeLineHeight());
+    // A section that asks for its width gets the fit of its column.
+    FHeader->OnSectionAutoSize = [this](TWgHeaderModel&, TWgHeaderSection* Section) {
+        FTreeView->AutoSizeColumn(Section->SectionIndex());
+    };
 }
 
 TCustomWgTree::~TCustomWgTree() {

@@ -100,7 +100,10 @@ void TWgTreeView::MouseDown(bool RightButton, unsigned Shift, int X, int Y) {
     FPressItem = item;
     FPressPart = part;
     FClickedAgain = item && item == FLastClickItem;
-    if (item && !ItemUsable(item)) return;
+    if (item && !ItemUsable(item)) {
+        FPressed = false; // a disabled row ends the press
+        return;
+    }
     if (part == ipButton && (ctrl || (Shift & ssDouble))) part = ipMainText;
     FPressPart = part;
     if (item && part == ipButton && !RightButton) {
