@@ -28,6 +28,11 @@ int TWgTreeModel::IndexOfItem(const TWgTreeItem* Item) const {
     return index;
 }
 
+void TWgTreeModel::PutItem(int Index, TWgTreeItem* Item) {
+    FAllList.Put(Index, Item);
+    Item->FIndexHint = Index;
+}
+
 int TWgTreeModel::SubtreeEnd(int Index) const {
     const TWgTreeItem* item = FAllList.At(Index);
     if (!item->HasChildren()) return Index + 1;

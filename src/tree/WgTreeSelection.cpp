@@ -125,14 +125,24 @@ std::vector<TWgTreeItem*> TWgTreeView::VisibleRows() const {
 
 void TWgTreeView::SelectRange(TWgTreeItem* From, TWgTreeItem* To, bool Select) {
     if (!From || !To) return;
-    const std::vector<TWgTreeItem*> rows = VisibleRows();
-    auto a = std::find(rows.begin(), rows.end(), From);
-    auto b = std::find(rows.begin(), rows.end(), To);
-    if (a == rows.end() || b == rows.end()) return;
-    if (b < a) std::swap(a, b);
+    if (To->AbsoluteIndex() < From->AbsoluteIndex()) std::swap(From, To);
+    // The rows from the first to the last, as the walk of the screen meets them.
+    std::vector<TWgTreeItem*> rows;
+    bool reached = false;
+    FOwner.IterateFrom(
+        true, false,
+        [&](TWgTreeItem* Item, int, bool& Continue, void*, TWgTreeModel*) {
+            rows.push_back(Item);
+            if (Item == To) {
+                reached = true;
+                Continue = false;
+            }
+        },
+        nullptr, From);
+    if (!reached) return;
     IsUpdating(true);
-    for (auto it = a; it <= b; ++it)
-        SetSelected(*it, Select);
+    for (TWgTreeItem* item : rows)
+        SetSelected(item, Select);
     IsUpdating(false);
 }
 

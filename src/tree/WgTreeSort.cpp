@@ -334,7 +334,7 @@ void TWgTreeView::RewriteAllList(TWgTreeItem* Parent, int Position) {
     while (!stack.empty() && pos < all.Count()) {
         TWgTreeItem* item = stack.back();
         stack.pop_back();
-        all.Put(pos++, item);
+        FOwner.PutItem(pos++, item);
         if (item->HasChildren())
             stack.insert(stack.end(), item->Children()->Items().rbegin(),
                          item->Children()->Items().rend());
