@@ -92,6 +92,7 @@ public:
     TColor StripedEvenColor = 0xFF00000F;
     TColor StripedOddColor = 0xFF000005;
     TWgBackgroundType BackgroundType = bgtColorFill;
+    TMemoryBitmap Background; // drawn by BackgroundType when that is no plain fill
     bool DoubleBuffered = true;
     bool UseCustomScrollBars = true;
     int ForcedScrollBars = 0; // 1 horizontal, 2 vertical, 3 both

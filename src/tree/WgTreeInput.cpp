@@ -599,7 +599,7 @@ void TWgTreeView::KeyDown(int Key, unsigned Shift) {
         if (usable) focused->Collapse(true);
         break;
     case VK_BACK:
-        if (focused && focused->Parent() && ItemUsable(focused->Parent()))
+        if (focused && focused->Parent() && focused->Parent()->Enabled())
             MoveFocusByKey(Key, Shift, focused->Parent());
         break;
     case VK_SPACE:
@@ -616,7 +616,7 @@ void TWgTreeView::KeyDown(int Key, unsigned Shift) {
         }
         break;
     case VK_LEFT:
-        if (usable && focused->Expanded() && focused->HasChildren())
+        if (usable && focused->Expanded())
             focused->Collapse(false);
         else if (focused)
             MoveFocusByKey(Key, Shift, focused->Parent());
@@ -624,7 +624,7 @@ void TWgTreeView::KeyDown(int Key, unsigned Shift) {
     case VK_RIGHT:
         if (usable && !focused->Expanded() && expandable)
             ExpandAndShowChildren(focused);
-        else if (focused && focused->Expanded())
+        else if (focused)
             MoveFocusByKey(Key, Shift, focused->GetFirstVisibleChild());
         break;
     case VK_UP:

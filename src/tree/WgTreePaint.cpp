@@ -78,9 +78,18 @@ void TWgTreeView::Paint(TCanvas& Canvas, const TRect& UpdateRect) {
     if (FOwner.DoubleBuffered) Canvas.BeginBuffer(UpdateRect);
     Canvas.SaveClip();
     Canvas.IntersectClipRect(UpdateRect);
-    if (FOwner.BackgroundType == bgtColorFill) {
+    const TMemoryBitmap& picture = FOwner.Background;
+    if (FOwner.BackgroundType == bgtColorFill || picture.Empty()) {
         Canvas.SetBrushColor(FOwner.BkColor);
         Canvas.FillRect(UpdateRect);
+    } else if (FOwner.BackgroundType == bgtStretchBitmap) {
+        Canvas.StretchDraw(Rect(0, 0, FClientWidth, FClientHeight), picture);
+    } else {
+        // Tiles from the top left; only those that meet the update rectangle.
+        const int w = picture.Width(), h = picture.Height();
+        for (int y = UpdateRect.Top / h * h; y < UpdateRect.Bottom; y += h)
+            for (int x = UpdateRect.Left / w * w; x < UpdateRect.Right; x += w)
+                Canvas.Draw(x, y, picture);
     }
     RedrawTree(Canvas, UpdateRect);
     Canvas.RestoreClip();
