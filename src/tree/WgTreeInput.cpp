@@ -99,7 +99,6 @@ void TWgTreeView::MouseDown(bool RightButton, unsigned Shift, int X, int Y) {
     FPressRow = row >= 0 ? FTopIndex + row : FTopIndex + int(FVisibleList.size());
     FPressItem = item;
     FPressPart = part;
-    FClickedAgain = item && item == FLastClickItem;
     if (item && !ItemUsable(item)) {
         FPressed = false; // a disabled row ends the press
         return;
@@ -347,14 +346,17 @@ void TWgTreeView::MouseUp(bool RightButton, unsigned Shift, int X, int Y) {
 
     // A click on the same row again, or any click in quick edit mode, asks
     // for an edit after a pause.
-    if (!RightButton && !FMoved && !FDragging && FPressCoord == TPoint{X, Y} && item &&
-        (part == ipMainText || part == ipColumn || part == ipInside) &&
-        (item == FLastClickItem || FOwner.QuickEditMode) && item->AllowEdit() &&
-        FOwner.DoInplaceEdit && (FClickedAgain || FOwner.QuickEditMode) &&
-        FOwner.DblClickMode != dcmEdit)
-        RequestDelayedEdit(item, column, false);
-    FLastClickItem = item;
-    FLastClickColumn = column;
+    if (!RightButton && !FMoved && !FDragging && FPressCoord == TPoint{X, Y} && part != ipOutside &&
+        part != ipButton) {
+        if ((part == ipMainText || part == ipColumn || part == ipInside) && item &&
+            ItemUsable(item) && (item == FLastClickItem || FOwner.QuickEditMode) &&
+            item->AllowEdit() && FOwner.DoInplaceEdit && (FClickedAgain || FOwner.QuickEditMode) &&
+            FOwner.DblClickMode != dcmEdit)
+            RequestDelayedEdit(item, column, false);
+        FClickedAgain = true;
+        FLastClickItem = item;
+        FLastClickColumn = column;
+    }
     FDragging = false;
     (void)Shift;
 }
