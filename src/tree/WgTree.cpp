@@ -11,6 +11,11 @@ TCustomWgTree::TCustomWgTree()
     SetMultiSelect(true);
     SetSortSection(0);
     SetLineHeight(FTreeView->ComputeLineHeight());
+    // The section is still in the list while this runs.
+    FHeader->OnSectionDelete = [this](TWgHeaderModel& Header, TWgHeaderSection* Section) {
+        if (FSortSections) std::erase(*FSortSections, Section);
+        SectionDeleted(Header.Sections().Count() - (Section ? 1 : 0));
+    };
     // A section that asks for its width gets the fit of its column.
     FHeader->OnSectionAutoSize = [this](TWgHeaderModel&, TWgHeaderSection* Section) {
         FTreeView->AutoSizeColumn(Section->SectionIndex());
@@ -134,6 +139,14 @@ TWgTreeItem* TCustomWgTree::GetNextSelected(TWgTreeItem* Prev) const {
     const auto& list = *SelectedList();
     const int index = Prev ? list.IndexOf(Prev) + 1 : 0;
     return (index >= 0 && index < list.Count()) ? list.Get(index) : nullptr;
+}
+
+void TCustomWgTree::PruneSortSections() {
+    // Sections deleted while the header held its notifications are gone
+    // without a word; only pointers are compared here.
+    if (FSortSections)
+        std::erase_if(*FSortSections,
+                      [this](TWgHeaderSection* S) { return FHeader->Sections().IndexOf(S) < 0; });
 }
 
 void TCustomWgTree::SectionDeleted(int NewCount) {

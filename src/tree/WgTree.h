@@ -166,6 +166,8 @@ public:
     void DoSetFocused(TWgTreeItem* Item, bool Forced) override;
     // Deleting a section: a sort section beyond the new count goes.
     void SectionDeleted(int NewCount);
+    // Drops sort sections that the header no longer has.
+    void PruneSortSections();
     // A click on a header section, with the state of Ctrl: sorts by it.
     void HeaderClick(TWgHeaderSection* Section, bool Ctrl) {
         FTreeView->SectionClick(Section, Ctrl);

@@ -351,6 +351,7 @@ void TWgTreeView::SortItem(TWgTreeItem* Parent, bool Recursive) {
         return;
     }
     IsUpdating(true);
+    FOwner.PruneSortSections();
     int column = -1;
     TSortTypes type = FOwner.SortType;
     int mode = hsmNone;
@@ -385,6 +386,7 @@ void TWgTreeView::SortChildren(TWgTreeItem* Parent, bool Recursive) {
 void TWgTreeView::SectionClick(TWgHeaderSection* Section, bool Ctrl) {
     if (!Section || (FOwner.SortMode() != smClick && FOwner.SortMode() != smAddClick)) return;
     IsUpdating(true);
+    FOwner.PruneSortSections();
     auto& list = FOwner.SortSectionsList();
     if (!Ctrl) {
         FHeader.MultiSort = false;

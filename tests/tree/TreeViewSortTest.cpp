@@ -134,6 +134,16 @@ TEST(TreeViewSort, HeaderClicksAndMultiSectionSort) {
     f.Tree.HeaderClick(size, true);
     EXPECT_EQ(size->SortMode(), hsmNone);
     EXPECT_EQ(f.Tree.SortSections()->size(), 1u);
+    // Deleting sort sections, also while locked, leaves no trace in the list.
+    f.Tree.HeaderClick(size, true);
+    {
+        TWgTreeLock lock(f.Tree);
+        sections.DeleteSection(size);
+    }
+    EXPECT_EQ(f.Tree.SortSections()->size(), 1u);
+    sections.DeleteSection(name);
+    EXPECT_TRUE(f.Tree.SortSections()->empty());
+    EXPECT_EQ(f.Tree.SortSection(), -1);
 }
 
 TEST(TreeViewSort, TextChangesSortOnceAtTheEndOfAnUpdate) {
