@@ -1,4 +1,5 @@
 #include "ViewTestUtil.h"
+#include "base/BitmapCanvas.h"
 
 using Ops = std::vector<std::string>;
 
@@ -156,4 +157,19 @@ TEST(TreeViewPaint, ImagesAndStateImagesSetTheMarks) {
     f.Tree.DisplayChanged();
     f.Paint();
     EXPECT_EQ(f.Item("b")->TextRect().Left, 22 + 16);
+}
+
+TEST(TreeViewPaint, CheckBoxesInPixels) {
+    TViewFixture f(100, 40);
+    f.Tree.SetShowCheckboxesProp(true);
+    f.Build({"a", "b"});
+    f.Item("a")->SetChecked(true);
+    TMemoryBitmap target(100, 40);
+    TBitmapCanvas canvas(target);
+    f.View().Paint(canvas, Rect(0, 0, 100, 40));
+    // The box of a (17..31 by 1..15) has its tick in the window text colour
+    // at the middle; the box of b is empty there.
+    EXPECT_EQ(target.Pixel(22, 8), ColorToPixel(0x000000));
+    EXPECT_EQ(target.Pixel(22, 17 + 8), ColorToPixel(0xFFFFFF));
+    EXPECT_NE(target.Pixel(17, 1), ColorToPixel(0xFFFFFF)); // the sunken edge
 }
