@@ -188,6 +188,8 @@ public:
     TWgMarkupDrawEvent OnMarkupDraw;
     TWgMarkupParseEvent OnMarkupParse;
     TWgEditRequestEvent OnEditRequest;
+    // Yes/no question to the user (the virtuality warning); without it, yes.
+    std::function<bool(const char* Text, const char* Title)> OnConfirm;
     // The drag of items may start now; the widget runs it.
     TWgTreeItemDrawEvent OnStartDrag;
     // The section whose compare runs for stCustom, -1 for the main text.

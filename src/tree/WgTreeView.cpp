@@ -177,9 +177,9 @@ std::unique_ptr<TWgMarkupData> TWgTreeView::ParseMarkup(const WideString& Text) 
     return FOwner.OnMarkupParse ? FOwner.OnMarkupParse(Text) : nullptr;
 }
 
-bool TWgTreeView::Confirm(const char*, const char*) {
-    // The widget asks the user before it changes the level; the core agrees.
-    return true;
+bool TWgTreeView::Confirm(const char* Text, const char* Title) {
+    // The widget asks the user; without a widget the answer is yes.
+    return FOwner.OnConfirm ? FOwner.OnConfirm(Text, Title) : true;
 }
 
 // ---- rows
