@@ -57,10 +57,13 @@ void TWgHeaderModel::SectionDeleted(TWgHeaderSection* Section) {
 
 void TWgHeaderModel::EndUpdate() {
     if (FUpdateCount > 0 && --FUpdateCount == 0) {
-        // Pending notifications were held as flags and name no section.
-        if (FPendingCreate && OnSectionCreate) OnSectionCreate(*this, nullptr);
-        if (FPendingDelete && OnSectionDelete) OnSectionDelete(*this, nullptr);
+        // Pending notifications were held as flags and name no section. The
+        // flags go first, so that a handler that takes the lock again does
+        // not fire them a second time.
+        const bool created = FPendingCreate, deleted = FPendingDelete;
         FPendingCreate = FPendingDelete = false;
+        if (created && OnSectionCreate) OnSectionCreate(*this, nullptr);
+        if (deleted && OnSectionDelete) OnSectionDelete(*this, nullptr);
         Repaint(nullptr);
     }
 }
