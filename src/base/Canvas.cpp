@@ -218,3 +218,44 @@ int TFixedMetricsCanvas::DrawText(WideView Text, TRect& R, unsigned Flags) {
     }
     return height;
 }
+
+void TCanvas::DrawFrameControl(const TRect& R, unsigned Kind, unsigned State) {
+    if (Kind != DFC_BUTTON || R.IsEmpty()) return;
+    const TColor brush = FBrushColor, pen = FPenColor;
+    const TPenStyle style = FPenStyle;
+    const bool grey = (State & (DFCS_INACTIVE | DFCS_BUTTON3STATE)) != 0;
+    FBrushColor = clSystemColor | (grey ? 15u : 5u); // button face or window
+    FillRect(R);
+    DrawEdge(R, EDGE_SUNKEN, BF_RECT | (State & DFCS_FLAT ? BF_FLAT : 0));
+    if (State & DFCS_CHECKED) {
+        // A tick (or a dot for radio buttons) in the middle of the box.
+        FPenColor = clSystemColor | (State & DFCS_INACTIVE ? 16u : 8u);
+        FPenStyle = psSolid;
+        const int cx = (R.Left + R.Right) / 2, cy = (R.Top + R.Bottom) / 2;
+        if (State & DFCS_BUTTONRADIO) {
+            FBrushColor = FPenColor;
+            FillRect(Rect(cx - 1, cy - 1, cx + 2, cy + 2));
+        } else {
+            for (int d = 0; d < 3; ++d) {
+                MoveTo(cx - 3, cy - 1 + d);
+                LineTo(cx - 1, cy + 1 + d);
+                LineTo(cx + 4, cy - 4 + d);
+            }
+        }
+    }
+    FBrushColor = brush;
+    FPenColor = pen;
+    FPenStyle = style;
+}
+
+void TCanvas::DrawFocusRect(const TRect& R) {
+    if (R.IsEmpty()) return;
+    const TPenStyle style = FPenStyle;
+    FPenStyle = psDot;
+    MoveTo(R.Left, R.Top);
+    LineTo(R.Right - 1, R.Top);
+    LineTo(R.Right - 1, R.Bottom - 1);
+    LineTo(R.Left, R.Bottom - 1);
+    LineTo(R.Left, R.Top);
+    FPenStyle = style;
+}

@@ -83,6 +83,15 @@ inline constexpr unsigned BF_BOTTOM = 0x8;
 inline constexpr unsigned BF_RECT = BF_LEFT | BF_TOP | BF_RIGHT | BF_BOTTOM;
 inline constexpr unsigned BF_FLAT = 0x4000;
 
+// Frame controls: the kind and the state flags of a button glyph.
+inline constexpr unsigned DFC_BUTTON = 4;
+inline constexpr unsigned DFCS_BUTTONCHECK = 0x0000;
+inline constexpr unsigned DFCS_BUTTONRADIO = 0x0004;
+inline constexpr unsigned DFCS_BUTTON3STATE = 0x0008;
+inline constexpr unsigned DFCS_INACTIVE = 0x0100;
+inline constexpr unsigned DFCS_CHECKED = 0x0400;
+inline constexpr unsigned DFCS_FLAT = 0x4000;
+
 // The classic value of a system colour; other colours pass unchanged.
 TColor ClassicColorToRGB(TColor Color);
 // Looks a colour name up in the table of classic names ("clRed",
@@ -135,6 +144,13 @@ public:
                       TColor TransparentColor = clNone) = 0;
     virtual void StretchDraw(const TRect& R, const TMemoryBitmap& Bitmap,
                              TColor TransparentColor = clNone) = 0;
+    // A check box or radio button glyph in R (Kind DFC_BUTTON, State the
+    // DFCS_ flags). The default draws a sunken box, a mark when checked and
+    // a grey face when inactive or grayed, from the calls above.
+    virtual void DrawFrameControl(const TRect& R, unsigned Kind, unsigned State);
+    // The dotted focus frame; the default draws it with dotted lines in the
+    // pen colour.
+    virtual void DrawFocusRect(const TRect& R);
 
     // Clipping: the clip rectangle, if any, limits every painting call.
     const std::optional<TRect>& ClipRect() const { return FClip; }

@@ -432,6 +432,12 @@ void TWgTreeItem::MoveTo(TWgTreeItem* NewParent, int Index) {
     tree->MarkStale(tsmAll);
 }
 
+void TWgTreeItem::SetChildrenOrder(const std::vector<TWgTreeItem*>& Order) {
+    if (!FChildren || int(Order.size()) != FChildren->Count()) return;
+    for (int i = 0; i < FChildren->Count(); ++i)
+        FChildren->Put(i, Order[std::size_t(i)]);
+}
+
 void TWgTreeItem::MoveToIns(TWgTreeItem* Item, int Mode) {
     TWgTreeItem* root = FOwner->Items().Root();
     switch (Mode) {

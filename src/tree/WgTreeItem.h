@@ -139,6 +139,9 @@ public:
 
     // ---- moving
     void MoveTo(TWgTreeItem* NewParent, int Index);
+    // Puts the children in a new order (the same items, permuted); the flat
+    // list is the caller's to rewrite.
+    void SetChildrenOrder(const std::vector<TWgTreeItem*>& Order);
 
     // ---- texts
     WideString Text() const;

@@ -28,6 +28,11 @@ int TWgTreeModel::IndexOfItem(const TWgTreeItem* Item) const {
     return index;
 }
 
+void TWgTreeModel::PutItem(int Index, TWgTreeItem* Item) {
+    FAllList.Put(Index, Item);
+    Item->FIndexHint = Index;
+}
+
 int TWgTreeModel::SubtreeEnd(int Index) const {
     const TWgTreeItem* item = FAllList.At(Index);
     if (!item->HasChildren()) return Index + 1;
@@ -79,6 +84,12 @@ void TWgTreeModel::SetMultiSelect(bool Value) {
 
 void TWgTreeModel::DoSetFocused(TWgTreeItem* Item, bool /*Forced*/) {
     if (Item == FFocused) return;
+    AssignFocus(Item);
+    if (FFocusHold == 0 && OnItemFocused) OnItemFocused(*this);
+}
+
+void TWgTreeModel::AssignFocus(TWgTreeItem* Item) {
+    if (Item == FFocused) return;
     TWgTreeItem* old = FFocused;
     if (old) {
         old->FFlags &= ~ifFocused;
@@ -89,7 +100,6 @@ void TWgTreeModel::DoSetFocused(TWgTreeItem* Item, bool /*Forced*/) {
         Item->FFlags |= ifFocused;
         Item->RepaintItem();
     }
-    if (FFocusHold == 0 && OnItemFocused) OnItemFocused(*this);
 }
 
 void TWgTreeModel::ReleaseFocusEvent(TWgTreeItem* OldFocused) {

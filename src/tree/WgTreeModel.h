@@ -167,6 +167,9 @@ public:
     int IndexOfItem(const TWgTreeItem* Item) const;
     // Index just past the subtree of the item at Index.
     int SubtreeEnd(int Index) const;
+    // Stores an item at Index of AllList and remembers the place in it, so
+    // that a reordering (a sort) leaves look-ups fast.
+    void PutItem(int Index, TWgTreeItem* Item);
 
     // ---- flag block pool of vlAllProps
     TWgTreeItemStaticDataEx* TakeStaticData();
@@ -204,6 +207,10 @@ public:
 
 protected:
     void SetDestroying() { FDestroying = true; }
+    // Moves the focused flag, with repaints, and fires no event: for trees
+    // that decide themselves when OnItemFocused fires.
+    void AssignFocus(TWgTreeItem* Item);
+    bool FocusEventHeld() const { return FFocusHold > 0; }
 
 private:
     friend class TWgTreeItem;

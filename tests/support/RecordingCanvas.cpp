@@ -72,6 +72,13 @@ void TRecordingCanvas::StretchDraw(const TRect& R, const TMemoryBitmap& Bitmap,
     Ops.push_back("StretchDraw" + Rect(R) + " " + std::to_string(Bitmap.Width()) + "x" +
                   std::to_string(Bitmap.Height()) + " key=" + Color(TransparentColor));
 }
+void TRecordingCanvas::DrawFrameControl(const TRect& R, unsigned Kind, unsigned State) {
+    Ops.push_back("FrameControl" + Rect(R) + " " + std::to_string(Kind) + " " +
+                  std::to_string(State));
+}
+void TRecordingCanvas::DrawFocusRect(const TRect& R) {
+    Ops.push_back("FocusRect" + Rect(R));
+}
 void TRecordingCanvas::BeginBuffer(const TRect& R) {
     Ops.push_back("BeginBuffer" + Rect(R));
 }

@@ -21,6 +21,8 @@ public:
     int DrawText(WideView Text, TRect& R, unsigned Flags) override;
     void Draw(int X, int Y, const TMemoryBitmap& Bitmap, TColor TransparentColor) override;
     void StretchDraw(const TRect& R, const TMemoryBitmap& Bitmap, TColor TransparentColor) override;
+    void DrawFrameControl(const TRect& R, unsigned Kind, unsigned State) override;
+    void DrawFocusRect(const TRect& R) override;
     void BeginBuffer(const TRect& R) override;
     void EndBuffer() override;
 

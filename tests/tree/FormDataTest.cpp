@@ -7,8 +7,8 @@
 #include "tree/WgHeaderModel.h"
 
 #include <fstream>
-#include <random>
 #include <iterator>
+#include <random>
 
 namespace {
 
