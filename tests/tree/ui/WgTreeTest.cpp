@@ -1,0 +1,318 @@
+// The tree on screen with the options table: clicks reach the right cell,
+// editors open over it, and the keys and focus end an edit by the rules.
+
+#include "tree/ui/WgTree.h"
+#include "base/ui/Messages.h"
+#include "tree/WgTreeItem.h"
+#include "tree/WgTreeItems.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString Forms = QStringLiteral(LEXSMITH_RESOURCES "/forms/");
+
+// The options table as the main form sets it up, inside a form with one
+// other control to take the focus away.
+struct TOptionsForm {
+    QWidget Form;
+    TWgTree* Tree = new TWgTree(&Form);
+    QLineEdit* Other = new QLineEdit(&Form);
+    std::vector<std::pair<TWgTreeItem*, bool>> Ended;
+    TWgTreeInplaceEdit Edit;
+    TWgTreeInplaceComboBox Combo;
+
+    explicit TOptionsForm(bool StoreAlways = true, int Height = 500, int Width = 260) {
+        EXPECT_TRUE(Tree->LoadSectionsFile(Forms + "WgTree1.HeaderSections.Data"));
+        EXPECT_TRUE(Tree->LoadItemsFile(Forms + "WgTree1.Items.Data"));
+        TCustomWgTree& t = Tree->Tree();
+        Tree->SetShowColumns(true);
+        t.QuickEditMode = true;
+        t.FullRowSelect = false;
+        Tree->SetLineHeight(15);
+        Tree->SetHeaderHeight(17);
+        Edit.SetTree(Tree);
+        Combo.SetTree(Tree);
+        Combo.DefaultValueAsText = u"No";
+        Combo.InitiallyDropped = false;
+        Combo.Editor()->addItems({QStringLiteral("Yes"), QStringLiteral("No")});
+        if (StoreAlways) {
+            auto accept = [](TWgTreeInplaceEditor&, bool& Accepted, bool&) { Accepted = true; };
+            Edit.OnAfterOperation = accept;
+            Combo.OnAfterOperation = accept;
+        }
+        Tree->OnTryEdit = [](TWgTree&, TWgTreeItem* Item, int Section, TWgFieldType& Type, bool&) {
+            if (Section == 1 && Item->Tag() == 8)
+                Type = sftEnum;
+            else if (Section == 1 && Item->Tag() == 1)
+                Type = sftText;
+        };
+        Tree->OnEndEditItem = [this](TWgTree&, TWgTreeItem* Item, TWgHeaderSection*,
+                                     bool Canceled) {
+            Ended.push_back({Item, Canceled});
+        };
+        Tree->setGeometry(0, 0, Width, Height);
+        Other->setGeometry(0, Height + 5, 100, 20);
+        Form.resize(Width, Height + 30);
+        Form.show();
+        QApplication::setActiveWindow(&Form);
+        Tree->ViewWidget()->setFocus();
+    }
+
+    TWgTreeItem* Row(int Index) { return Tree->Items().Item(Index); }
+    // The middle of a cell on screen.
+    QPoint CellPoint(int Row, int Column) {
+        TWgTreeView& view = Tree->View();
+        const TRect r = view.GetItemRect(Row - view.TopIndex());
+        TWgHeaderSection* s = Tree->Tree().Header().Sections().GetSection(Column);
+        return {(s->Left() + s->Right()) / 2 - view.LeftPosition(), (r.Top + r.Bottom) / 2};
+    }
+    void Click(int Row, int Column) {
+        QTest::mouseClick(Tree->ViewWidget(), Qt::LeftButton, {}, CellPoint(Row, Column));
+    }
+    // A click, then the edit timer's expiry, as the timer would bring it.
+    void ClickAndWait(int Row, int Column) {
+        Click(Row, Column);
+        ASSERT_TRUE(Tree->ViewWidget()->TimerActive(vtEdit));
+        Tree->View().TimerFired(vtEdit);
+    }
+    // The second click of a double click, as widgets receive it: a press,
+    // the double click event, the release.
+    void SecondClick(int Row, int Column) {
+        const QPoint at = CellPoint(Row, Column);
+        QTest::mousePress(Tree->ViewWidget(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(Tree->ViewWidget(), Qt::LeftButton, {}, at);
+        QTest::mouseRelease(Tree->ViewWidget(), Qt::LeftButton, {}, at);
+    }
+    WideString Value(int Index) { return Row(Index)->ColumnTextAt(0); }
+};
+
+} // namespace
+
+TEST(WgTreeWidget, FirstClickOnValueOpensTheLineEditOverThatCell) {
+    TOptionsForm f;
+    f.ClickAndWait(2, 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Tree->InplaceEditor(), &f.Edit);
+    EXPECT_EQ(f.Tree->EditingItem(), f.Row(2));
+    QLineEdit* e = f.Edit.Editor();
+    EXPECT_TRUE(e->isVisible());
+    EXPECT_EQ(e->parentWidget(), f.Tree->ViewWidget());
+    EXPECT_TRUE(e->hasFocus());
+    const TRect row = f.Tree->View().GetItemRect(2);
+    TWgHeaderSection* value = f.Tree->Tree().Header().Sections().GetSection(1);
+    EXPECT_EQ(e->geometry().left(), value->Left());
+    EXPECT_EQ(e->geometry().top(), row.Top);
+    EXPECT_EQ(e->geometry().height(), row.Bottom - row.Top);
+    EXPECT_EQ(f.Edit.SectionIndex, 1);
+}
+
+TEST(WgTreeWidget, OptionColumnIsNotEditable) {
+    TOptionsForm f;
+    f.Click(2, 0);
+    EXPECT_FALSE(f.Tree->ViewWidget()->TimerActive(vtEdit));
+    f.Tree->View().TimerFired(vtEdit);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Tree->Tree().FocusedItem(), f.Row(2));
+}
+
+TEST(WgTreeWidget, DoubleClickStopsThePendingEditOrIsTheEditByMode) {
+    TOptionsForm f;
+    f.Click(3, 1);
+    ASSERT_TRUE(f.Tree->ViewWidget()->TimerActive(vtEdit));
+    f.SecondClick(3, 1);
+    EXPECT_FALSE(f.Tree->ViewWidget()->TimerActive(vtEdit));
+
+    f.Tree->Tree().DblClickMode = dcmEdit;
+    f.Click(4, 1);
+    EXPECT_FALSE(f.Tree->ViewWidget()->TimerActive(vtEdit));
+    f.SecondClick(4, 1);
+    ASSERT_TRUE(f.Tree->ViewWidget()->TimerActive(vtEdit));
+    f.Tree->View().TimerFired(vtEdit);
+    EXPECT_EQ(f.Tree->EditingItem(), f.Row(4));
+    EXPECT_TRUE(f.Tree->IsEditing());
+}
+
+TEST(WgTreeWidget, YesNoRowGetsTheComboAndAnEmptyCellOpensOnNo) {
+    TOptionsForm f;
+    f.ClickAndWait(13, 1);
+    ASSERT_EQ(f.Tree->InplaceEditor(), &f.Combo);
+    EXPECT_TRUE(f.Combo.Editor()->isVisible());
+    EXPECT_FALSE(f.Edit.Editor()->isVisible());
+    EXPECT_EQ(f.Combo.Editor()->currentText(), QStringLiteral("No"));
+    // Esc ends the edit; the form's handler turns it into a commit.
+    QTest::keyClick(f.Combo.Editor()->lineEdit(), Qt::Key_Escape);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_FALSE(f.Combo.Editor()->isVisible());
+    EXPECT_EQ(f.Value(13), u"No");
+    EXPECT_TRUE(f.Tree->ViewWidget()->hasFocus());
+}
+
+TEST(WgTreeWidget, EnterStoresAndEscCancelsWithoutAHandler) {
+    TOptionsForm f(false);
+    f.ClickAndWait(4, 1);
+    QTest::keyClicks(f.Edit.Editor(), "/*");
+    QTest::keyClick(f.Edit.Editor(), Qt::Key_Return);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Value(4), u"/*");
+
+    f.ClickAndWait(4, 1);
+    EXPECT_EQ(f.Edit.Editor()->text(), QStringLiteral("/*"));
+    QTest::keyClicks(f.Edit.Editor(), "xx");
+    QTest::keyClick(f.Edit.Editor(), Qt::Key_Escape);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Value(4), u"/*");
+    const std::vector<std::pair<TWgTreeItem*, bool>> ended{{f.Row(4), false}, {f.Row(4), true}};
+    EXPECT_EQ(f.Ended, ended);
+}
+
+TEST(WgTreeWidget, ShiftEnterAndRefusedValidationKeepTheEditOpen) {
+    TOptionsForm f;
+    f.ClickAndWait(6, 1);
+    QTest::keyClick(f.Edit.Editor(), Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_TRUE(f.Tree->IsEditing());
+    bool editingDuringCheck = true;
+    f.Edit.OnValidateResult = [&](TWgTreeInplaceEditor& Sender, bool& Valid) {
+        editingDuringCheck = Sender.Editing();
+        Valid = false;
+    };
+    QTest::keyClick(f.Edit.Editor(), Qt::Key_Return);
+    EXPECT_TRUE(f.Tree->IsEditing());
+    EXPECT_FALSE(editingDuringCheck);
+    EXPECT_TRUE(f.Edit.Editor()->hasFocus());
+}
+
+TEST(WgTreeWidget, FocusLossCancelsOrKeepsByExplorerEditMode) {
+    for (bool explorer : {false, true}) {
+        SCOPED_TRACE(explorer);
+        TOptionsForm f(false);
+        f.Tree->ExplorerEditMode = explorer;
+        f.ClickAndWait(7, 1);
+        QTest::keyClicks(f.Edit.Editor(), "q");
+        f.Other->setFocus();
+        EXPECT_FALSE(f.Tree->IsEditing());
+        EXPECT_FALSE(f.Edit.Editor()->isVisible());
+        EXPECT_EQ(f.Value(7), explorer ? u"q" : u"");
+        // The control that took the focus keeps it.
+        EXPECT_TRUE(f.Other->hasFocus());
+    }
+}
+
+TEST(WgTreeWidget, ComboDecidesFocusLossOnlyWhenItsPostedMessageArrives) {
+    TOptionsForm f(false);
+    f.Tree->ExplorerEditMode = true;
+    f.ClickAndWait(8, 1);
+    ASSERT_EQ(f.Tree->InplaceEditor(), &f.Combo);
+    // Its own list open: the posted check finds the list and keeps editing.
+    f.Combo.Editor()->showPopup();
+    QCoreApplication::sendPostedEvents(f.Combo.Editor(), PrivateMessageType(3859));
+    PostPrivateMessage(f.Combo.Editor(), 3859);
+    QCoreApplication::sendPostedEvents(f.Combo.Editor(), PrivateMessageType(3859));
+    EXPECT_TRUE(f.Tree->IsEditing());
+    f.Combo.Editor()->view()->setCurrentIndex(f.Combo.Editor()->model()->index(0, 0));
+    QTest::keyClick(f.Combo.Editor()->view(), Qt::Key_Return);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Value(8), u"Yes");
+
+    f.ClickAndWait(8, 1);
+    f.Combo.Editor()->setEditText(QStringLiteral("maybe"));
+    f.Other->setFocus();
+    // The loss of focus is decided later, by the posted message.
+    EXPECT_TRUE(f.Tree->IsEditing());
+    QCoreApplication::sendPostedEvents(f.Combo.Editor(), PrivateMessageType(3859));
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Value(8), u"maybe");
+}
+
+TEST(WgTreeWidget, ClickOnAnotherCellEndsTheOpenEditFirst) {
+    TOptionsForm f;
+    f.ClickAndWait(9, 1);
+    QTest::keyClicks(f.Edit.Editor(), "$");
+    f.Click(10, 1);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Value(9), u"$");
+    ASSERT_TRUE(f.Tree->ViewWidget()->TimerActive(vtEdit));
+    f.Tree->View().TimerFired(vtEdit);
+    EXPECT_EQ(f.Tree->EditingItem(), f.Row(10));
+}
+
+TEST(WgTreeWidget, StoringPadsTheColumnTexts) {
+    TOptionsForm f;
+    f.Row(12)->ColumnText().Clear();
+    f.Tree->EditItem(f.Row(12), 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    QTest::keyClicks(f.Edit.Editor(), "0123456789");
+    QTest::keyClick(f.Edit.Editor(), Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(f.Row(12)->ColumnTextCount(), 1);
+    EXPECT_EQ(f.Value(12), u"0123456789");
+}
+
+TEST(WgTreeWidget, DeletingTheEditedRowCancelsTheEdit) {
+    TOptionsForm f(false);
+    f.ClickAndWait(5, 1);
+    TWgTreeItem* row = f.Row(5);
+    f.Tree->Items().Delete(row);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Tree->EditingItem(), nullptr);
+    ASSERT_EQ(f.Ended.size(), 1u);
+    EXPECT_TRUE(f.Ended[0].second);
+}
+
+TEST(WgTreeWidget, ScrollBarsFollowTheViewAndMoveIt) {
+    TOptionsForm f(true, 200);
+    QScrollBar* v = f.Tree->VScrollBar();
+    ASSERT_TRUE(v->isVisible());
+    EXPECT_FALSE(f.Tree->HScrollBar()->isVisible());
+    EXPECT_EQ(v->maximum(), f.Tree->View().MaxTopIndex());
+    EXPECT_GT(v->maximum(), 0);
+    v->setValue(10);
+    EXPECT_EQ(f.Tree->View().TopIndex(), 10);
+    // A click on the first row on screen reaches row 10.
+    f.Click(10, 0);
+    EXPECT_EQ(f.Tree->Tree().FocusedItem(), f.Row(10));
+    QTest::keyClick(f.Tree->ViewWidget(), Qt::Key_End);
+    EXPECT_EQ(f.Tree->Tree().FocusedItem(), f.Row(29));
+    EXPECT_EQ(v->value(), f.Tree->View().TopIndex());
+    EXPECT_EQ(v->value(), v->maximum());
+}
+
+TEST(WgTreeWidget, EditInANarrowTreeScrollsTheCellIntoView) {
+    TOptionsForm f(true, 200, 150);
+    QScrollBar* h = f.Tree->HScrollBar();
+    ASSERT_TRUE(h->isVisible());
+    f.Tree->EditItem(f.Row(1), 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    TWgHeaderSection* value = f.Tree->Tree().Header().Sections().GetSection(1);
+    const int left = f.Tree->View().LeftPosition();
+    EXPECT_GT(left, 0);
+    EXPECT_EQ(h->value(), left);
+    EXPECT_EQ(f.Edit.Editor()->geometry().left(), value->Left() - left);
+    EXPECT_GE(f.Edit.Editor()->geometry().left(), 0);
+    // Scrolling by the bar moves the layout: the edit ends first.
+    h->setValue(0);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Tree->View().LeftPosition(), 0);
+}
+
+TEST(WgTreeWidget, EditorsRegisterInOrderAndLeaveWithTheirTree) {
+    TOptionsForm f;
+    auto extra = std::make_unique<TWgTreeInplaceEdit>();
+    extra->SetTree(f.Tree);
+    EXPECT_EQ(f.Tree->InplaceManager().GetSuitableEditor(sftText), &f.Edit);
+    EXPECT_EQ(f.Tree->InplaceManager().GetSuitableEditor(sftNumber), nullptr);
+    f.Tree->EditItem(f.Row(0), 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    // Moving the running editor to no tree ends its operation.
+    f.Edit.SetTree(nullptr);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Tree->InplaceManager().GetSuitableEditor(sftText), extra.get());
+    extra.reset();
+    EXPECT_EQ(f.Tree->InplaceManager().GetSuitableEditor(sftText), nullptr);
+}
