@@ -9,6 +9,7 @@
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QImage>
 #include <QLabel>
@@ -118,7 +119,7 @@ TWgTree::TWgTree(QWidget* Parent) : QWidget(Parent), FTree(std::make_unique<TCus
         DoEditItem(Item, Column);
     };
     FTree->Header().OnSectionClick = [this](TWgHeaderModel&, TWgHeaderSection* Section) {
-        FTree->HeaderClick(Section, false);
+        FTree->HeaderClick(Section, QApplication::keyboardModifiers() & Qt::ControlModifier);
     };
     connect(FVScroll, &QScrollBar::valueChanged, this, [this](int Value) {
         if (FSyncing) return;

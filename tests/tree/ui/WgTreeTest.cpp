@@ -9,6 +9,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
@@ -315,4 +316,64 @@ TEST(WgTreeWidget, EditorsRegisterInOrderAndLeaveWithTheirTree) {
     EXPECT_EQ(f.Tree->InplaceManager().GetSuitableEditor(sftText), extra.get());
     extra.reset();
     EXPECT_EQ(f.Tree->InplaceManager().GetSuitableEditor(sftText), nullptr);
+}
+
+TEST(WgTreeWidget, LongCellTextShowsItsHintAfterThePause) {
+    TOptionsForm f;
+    f.Tree->Tree().LineHintMode = shmLong;
+    f.Row(3)->ColumnText().Add(u"a value far too long for the value column to hold it");
+    const QPoint at = f.CellPoint(3, 1);
+    QMouseEvent move(QEvent::MouseMove, at, f.Tree->ViewWidget()->mapToGlobal(at), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(f.Tree->ViewWidget(), &move);
+    ASSERT_TRUE(f.Tree->ViewWidget()->TimerActive(vtHint));
+    f.Tree->View().TimerFired(vtHint);
+    QWidget* hint = f.Tree->ViewWidget()->HintWindow();
+    ASSERT_NE(hint, nullptr);
+    EXPECT_TRUE(hint->isVisible());
+    EXPECT_EQ(static_cast<QLabel*>(hint)->text(),
+              QStringLiteral("a value far too long for the value column to hold it"));
+    EXPECT_TRUE(f.Tree->ViewWidget()->TimerActive(vtHintHide));
+    f.Tree->View().TimerFired(vtHintHide);
+    EXPECT_FALSE(hint->isVisible());
+
+    // A short text that fits shows none.
+    const QPoint option = f.CellPoint(5, 0);
+    QMouseEvent other(QEvent::MouseMove, option, f.Tree->ViewWidget()->mapToGlobal(option),
+                      Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(f.Tree->ViewWidget(), &other);
+    f.Tree->View().TimerFired(vtHint);
+    EXPECT_FALSE(hint->isVisible());
+}
+
+TEST(WgTreeWidget, TypedLettersSearchAndTheWheelScrolls) {
+    TOptionsForm f(true, 200);
+    f.Tree->Tree().IncrementalSearch = true;
+    QTest::keyClicks(f.Tree->ViewWidget(), "Str");
+    EXPECT_EQ(f.Tree->Tree().FocusedItem(), f.Row(7));
+    EXPECT_EQ(f.Tree->View().SearchText(), u"Str");
+    ASSERT_TRUE(f.Tree->ViewWidget()->TimerActive(vtSearch));
+    f.Tree->View().TimerFired(vtSearch);
+    EXPECT_TRUE(f.Tree->View().SearchText().empty());
+
+    const int top = f.Tree->View().TopIndex();
+    const QPoint at = f.CellPoint(top, 0);
+    QWheelEvent wheel(at, f.Tree->ViewWidget()->mapToGlobal(at), QPoint(), QPoint(0, -120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(f.Tree->ViewWidget(), &wheel);
+    EXPECT_EQ(f.Tree->View().TopIndex(), top + 3);
+    EXPECT_EQ(f.Tree->VScrollBar()->value(), top + 3);
+}
+
+TEST(WgTreeWidget, AColumnWidthChangeEndsTheEditAndMovesTheCells) {
+    TOptionsForm f;
+    f.ClickAndWait(1, 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    TWgHeaderSection* option = f.Tree->Tree().Header().Sections().GetSection(0);
+    option->SetWidth(option->Width() + 20);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    f.ClickAndWait(1, 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    EXPECT_EQ(f.Edit.Editor()->geometry().left(),
+              f.Tree->Tree().Header().Sections().GetSection(1)->Left());
 }
