@@ -2,6 +2,7 @@
 // editors open over it, and the keys and focus end an edit by the rules.
 
 #include "tree/ui/WgTree.h"
+#include "base/ui/Colors.h"
 #include "base/ui/Messages.h"
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
@@ -376,4 +377,54 @@ TEST(WgTreeWidget, AColumnWidthChangeEndsTheEditAndMovesTheCells) {
     ASSERT_TRUE(f.Tree->IsEditing());
     EXPECT_EQ(f.Edit.Editor()->geometry().left(),
               f.Tree->Tree().Header().Sections().GetSection(1)->Left());
+}
+
+TEST(WgTreeWidget, EditingARowBelowTheViewScrollsItInFirst) {
+    TOptionsForm f(true, 200);
+    f.Tree->EditItem(f.Row(28), 1);
+    ASSERT_TRUE(f.Tree->IsEditing());
+    TWgTreeView& view = f.Tree->View();
+    EXPECT_GT(view.TopIndex(), 0);
+    EXPECT_EQ(f.Tree->VScrollBar()->value(), view.TopIndex());
+    const QRect box = f.Edit.Editor()->geometry();
+    EXPECT_EQ(box.top(), view.GetItemRect(28 - view.TopIndex()).Top);
+    EXPECT_LE(box.bottom(), f.Tree->ViewWidget()->height());
+}
+
+TEST(WgTreeWidget, TheFocusedRowIsPaintedSelected) {
+    TOptionsForm f;
+    f.Click(2, 0);
+    const QImage shot = f.Tree->ViewWidget()->grab().toImage();
+    const QColor highlight = ToQColor(clHighlight);
+    auto highlighted = [&](int Row) {
+        const TRect r = f.Tree->View().GetItemRect(Row);
+        int count = 0;
+        for (int y = r.Top; y < r.Bottom; ++y)
+            for (int x = 0; x < 130; ++x)
+                count += shot.pixelColor(x, y) == highlight;
+        return count;
+    };
+    EXPECT_GT(highlighted(2), 100);
+    EXPECT_EQ(highlighted(4), 0);
+}
+
+TEST(WgTreeWidget, AnEditorOutlivesItsTree) {
+    auto form = std::make_unique<QWidget>();
+    auto* tree = new TWgTree(form.get());
+    ASSERT_TRUE(tree->LoadSectionsFile(Forms + "WgTree1.HeaderSections.Data"));
+    ASSERT_TRUE(tree->LoadItemsFile(Forms + "WgTree1.Items.Data"));
+    tree->SetShowColumns(true);
+    tree->resize(260, 300);
+    form->show();
+    TWgTreeInplaceEdit edit;
+    edit.Types = {sftCustom}; // the type of the "Value" section itself
+    edit.SetTree(tree);
+    tree->EditItem(tree->Items().Item(0), 1);
+    ASSERT_TRUE(edit.Editing());
+    form.reset();
+    EXPECT_FALSE(edit.Editing());
+    EXPECT_EQ(edit.Tree(), nullptr);
+    ASSERT_NE(edit.Editor(), nullptr);
+    EXPECT_FALSE(edit.Editor()->isVisible());
+    EXPECT_EQ(edit.Editor()->parentWidget(), nullptr);
 }
