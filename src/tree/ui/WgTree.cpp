@@ -88,6 +88,11 @@ public:
         TWgHeader::InvalidateRight(Position);
         FOwner.HeaderChanged();
     }
+    // The resize line runs on across the rows.
+    void DrawResizeLine(int X) override {
+        TWgHeader::DrawResizeLine(X);
+        if (FOwner.FView) FOwner.FView->update();
+    }
 
 private:
     TWgTree& FOwner;
