@@ -428,3 +428,20 @@ TEST(WgTreeWidget, AnEditorOutlivesItsTree) {
     EXPECT_FALSE(edit.Editor()->isVisible());
     EXPECT_EQ(edit.Editor()->parentWidget(), nullptr);
 }
+
+TEST(WgTreeWidget, AnInitiallyDroppedListKeepsTheEditOpenUntilEnterPicks) {
+    TOptionsForm f(false);
+    f.Combo.InitiallyDropped = true;
+    f.ClickAndWait(17, 1);
+    ASSERT_EQ(f.Tree->InplaceEditor(), &f.Combo);
+    QComboBox* box = f.Combo.Editor();
+    EXPECT_TRUE(box->view()->isVisible());
+    // Whatever focus moves the list made, the posted checks find it open.
+    QCoreApplication::sendPostedEvents(box, PrivateMessageType(3859));
+    EXPECT_TRUE(f.Tree->IsEditing());
+    box->view()->setCurrentIndex(box->model()->index(1, 0));
+    QTest::keyClick(box->view(), Qt::Key_Enter);
+    EXPECT_FALSE(f.Tree->IsEditing());
+    EXPECT_FALSE(box->view()->isVisible());
+    EXPECT_EQ(f.Value(17), u"No");
+}
