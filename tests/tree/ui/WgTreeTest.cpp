@@ -445,3 +445,19 @@ TEST(WgTreeWidget, AnInitiallyDroppedListKeepsTheEditOpenUntilEnterPicks) {
     EXPECT_FALSE(box->view()->isVisible());
     EXPECT_EQ(f.Value(17), u"No");
 }
+
+TEST(WgTreeWidget, TheRowUnderThePointerIsTrackedUntilThePointerLeaves) {
+    TOptionsForm f;
+    std::vector<TWgTreeItem*> tracked;
+    f.Tree->Tree().OnHotTrack = [&](TCustomWgTree&, TWgTreeItem* Item) { tracked.push_back(Item); };
+    const QPoint at = f.CellPoint(4, 0);
+    QMouseEvent move(QEvent::MouseMove, at, f.Tree->ViewWidget()->mapToGlobal(at), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(f.Tree->ViewWidget(), &move);
+    EXPECT_EQ(f.Tree->View().TrackItem(), f.Row(4));
+    ASSERT_FALSE(tracked.empty());
+    EXPECT_EQ(tracked.back(), f.Row(4));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(f.Tree->ViewWidget(), &leave);
+    EXPECT_EQ(f.Tree->View().TrackItem(), nullptr);
+}
