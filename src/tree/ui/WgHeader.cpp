@@ -18,7 +18,11 @@ QString Q(const WideString& S) {
 
 } // namespace
 
-TWgHeader::TWgHeader(QWidget* Parent) : QWidget(Parent) {
+TWgHeader::TWgHeader(QWidget* Parent) : TWgHeader(*new TWgHeaderModel, Parent) {
+    FOwnModel.reset(&FModel);
+}
+
+TWgHeader::TWgHeader(TWgHeaderModel& Model, QWidget* Parent) : QWidget(Parent), FModel(Model) {
     setObjectName(QStringLiteral("TWgHeader"));
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 class QComboBox;
@@ -19,6 +20,8 @@ class TWgHeader : public QWidget, public TWgHeaderHost {
     Q_PROPERTY(int Tag READ Tag WRITE SetTag)
 public:
     explicit TWgHeader(QWidget* Parent = nullptr);
+    // A header that shows a model owned elsewhere (a tree's own header).
+    explicit TWgHeader(TWgHeaderModel& Model, QWidget* Parent = nullptr);
     ~TWgHeader() override;
 
     TWgHeaderModel& Model() { return FModel; }
@@ -58,7 +61,8 @@ protected:
 private:
     void UpdateCursor(int X);
 
-    TWgHeaderModel FModel;
+    std::unique_ptr<TWgHeaderModel> FOwnModel;
+    TWgHeaderModel& FModel;
     TWgHeaderPaintOptions FOptions;
     int FTag = 0;
     std::optional<int> FLineX;

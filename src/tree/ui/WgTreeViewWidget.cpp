@@ -1,0 +1,270 @@
+// The rows widget of TWgTree: paints through the view, passes input on.
+
+#include "base/ui/Colors.h"
+#include "base/ui/QtCanvas.h"
+#include "tree/ui/WgTree.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+#include <QWheelEvent>
+
+namespace {
+
+unsigned ShiftOf(Qt::KeyboardModifiers Modifiers) {
+    unsigned shift = 0;
+    if (Modifiers & Qt::ShiftModifier) shift |= ssShift;
+    if (Modifiers & Qt::AltModifier) shift |= ssAlt;
+    if (Modifiers & Qt::ControlModifier) shift |= ssCtrl;
+    return shift;
+}
+
+// The virtual key number of a Qt key, 0 for keys the view has no use for.
+int VirtualKeyOf(const QKeyEvent& Event) {
+    const bool keypad = Event.modifiers() & Qt::KeypadModifier;
+    switch (Event.key()) {
+    case Qt::Key_Backspace:
+        return VK_BACK;
+    case Qt::Key_Space:
+        return VK_SPACE;
+    case Qt::Key_PageUp:
+        return VK_PRIOR;
+    case Qt::Key_PageDown:
+        return VK_NEXT;
+    case Qt::Key_End:
+        return VK_END;
+    case Qt::Key_Home:
+        return VK_HOME;
+    case Qt::Key_Left:
+        return VK_LEFT;
+    case Qt::Key_Up:
+        return VK_UP;
+    case Qt::Key_Right:
+        return VK_RIGHT;
+    case Qt::Key_Down:
+        return VK_DOWN;
+    case Qt::Key_Asterisk:
+        return keypad ? VK_MULTIPLY : 0;
+    case Qt::Key_Plus:
+        return keypad ? VK_ADD : 0;
+    case Qt::Key_Minus:
+        return keypad ? VK_SUBTRACT : 0;
+    case Qt::Key_Slash:
+        return keypad ? VK_DIVIDE : 0;
+    default:
+        break;
+    }
+    const int key = Event.key();
+    if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9))
+        return key; // letters and digits share their ASCII numbers
+    return 0;
+}
+
+} // namespace
+
+TWgTreeViewWidget::TWgTreeViewWidget(TWgTree& Owner, QWidget* Parent)
+    : QWidget(Parent), FOwner(Owner) {
+    setObjectName(QStringLiteral("TWgTreeView"));
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_KeyCompression, false);
+    for (std::size_t i = 0; i < FTimers.size(); ++i) {
+        QTimer* timer = new QTimer(this);
+        timer->setSingleShot(true);
+        const auto which = TWgViewTimer(i);
+        connect(timer, &QTimer::timeout, this, [this, which] { FOwner.View().TimerFired(which); });
+        FTimers[i] = timer;
+    }
+    FOwner.View().SetHost(this);
+}
+
+TWgTreeViewWidget::~TWgTreeViewWidget() {
+    FOwner.View().SetMeasureCanvas(nullptr);
+    if (FOwner.View().Host() == this) FOwner.View().SetHost(nullptr);
+}
+
+void TWgTreeViewWidget::SetMeasure() {
+    FMeasureImage = std::make_unique<QImage>(1, 1, QImage::Format_RGB32);
+    FMeasurePainter = std::make_unique<QPainter>(FMeasureImage.get());
+    FMeasureCanvas = std::make_unique<TQtCanvas>(*FMeasurePainter, &palette());
+    FOwner.View().SetMeasureCanvas(FMeasureCanvas.get());
+}
+
+// ---- host
+
+void TWgTreeViewWidget::InvalidateRect(const TRect& R) {
+    update(QRect(R.Left, R.Top, R.Width(), R.Height()));
+}
+
+void TWgTreeViewWidget::UpdateNow() {
+    repaint();
+}
+
+void TWgTreeViewWidget::StartTimer(TWgViewTimer Timer, int Interval) {
+    FTimers[Timer]->start(std::max(Interval, 0));
+}
+
+void TWgTreeViewWidget::StopTimer(TWgViewTimer Timer) {
+    FTimers[Timer]->stop();
+}
+
+bool TWgTreeViewWidget::TimerActive(TWgViewTimer Timer) const {
+    return FTimers[Timer]->isActive();
+}
+
+void TWgTreeViewWidget::SetCapture(bool Captured) {
+    if (Captured && QWidget::mouseGrabber() != this)
+        grabMouse();
+    else if (!Captured && QWidget::mouseGrabber() == this)
+        releaseMouse();
+}
+
+void TWgTreeViewWidget::DrawFocusFrame(const TRect& R) {
+    // Inverted drawing: the same frame a second time takes it away.
+    if (FFocusFrame && *FFocusFrame == R)
+        FFocusFrame.reset();
+    else
+        FFocusFrame = R;
+    update();
+}
+
+void TWgTreeViewWidget::ScrollBarsChanged() {
+    FOwner.SyncScrollBars();
+}
+
+void TWgTreeViewWidget::ShowLineHint(const TRect& R, const WideString& Text) {
+    if (!FHint) {
+        FHint = new QLabel(this, Qt::ToolTip | Qt::FramelessWindowHint);
+        FHint->setObjectName(QStringLiteral("LineHint"));
+        FHint->setAutoFillBackground(true);
+        QPalette pal = FHint->palette();
+        pal.setColor(QPalette::Window, ToQColor(clInfoBk));
+        pal.setColor(QPalette::WindowText, ToQColor(clInfoText));
+        FHint->setPalette(pal);
+        FHint->setFrameShape(QFrame::Box);
+        FHint->setMargin(1);
+    }
+    FHint->setFont(ToQFont(FOwner.View().TreeFont()));
+    FHint->setText(QString::fromStdU16String(Text));
+    FHint->adjustSize();
+    const QPoint at = mapToGlobal(QPoint(R.Left, R.Top));
+    FHint->move(at);
+    FHint->resize(std::max(FHint->width(), R.Width()), std::max(FHint->height(), R.Height()));
+    FHint->show();
+}
+
+void TWgTreeViewWidget::HideLineHint() {
+    if (FHint) FHint->hide();
+}
+
+QWidget* TWgTreeViewWidget::HintWindow() const {
+    return FHint;
+}
+
+// ---- painting
+
+void TWgTreeViewWidget::paintEvent(QPaintEvent* Event) {
+    QPainter p(this);
+    TQtCanvas canvas(p, &palette());
+    const QRect u = Event->rect();
+    FOwner.View().Paint(canvas, TRect{u.left(), u.top(), u.right() + 1, u.bottom() + 1});
+    p.setCompositionMode(QPainter::RasterOp_NotDestination);
+    if (FFocusFrame) {
+        const TRect& r = *FFocusFrame;
+        p.setPen(QPen(Qt::black, 1, Qt::DotLine));
+        p.setBrush(Qt::NoBrush);
+        p.drawRect(QRect(r.Left, r.Top, r.Width() - 1, r.Height() - 1));
+    }
+    // The header's resize line runs on across the rows.
+    if (auto x = FOwner.Header()->ResizeLineX(); x && FOwner.Tree().ShowColumns())
+        p.fillRect(QRect(*x, 0, 1, height()), Qt::black);
+}
+
+void TWgTreeViewWidget::resizeEvent(QResizeEvent*) {
+    FOwner.View().Resize(width(), height());
+    FOwner.SyncScrollBars();
+}
+
+// ---- input
+
+void TWgTreeViewWidget::mousePressEvent(QMouseEvent* Event) {
+    if (Event->button() != Qt::LeftButton && Event->button() != Qt::RightButton) return;
+    if (!hasFocus()) setFocus(Qt::MouseFocusReason);
+    const QPoint pos = Event->position().toPoint();
+    FOwner.View().MouseDown(Event->button() == Qt::RightButton, ShiftOf(Event->modifiers()),
+                            pos.x(), pos.y());
+}
+
+void TWgTreeViewWidget::mouseDoubleClickEvent(QMouseEvent* Event) {
+    // The second press has already come as a press of its own. The view
+    // hears of the double click after the release that ends it: a release
+    // stops the edit timer, and would stop the edit a double click asks for.
+    if (Event->button() == Qt::LeftButton) FDoubleClickPending = true;
+}
+
+void TWgTreeViewWidget::mouseMoveEvent(QMouseEvent* Event) {
+    const QPoint pos = Event->position().toPoint();
+    FOwner.View().MouseMove(ShiftOf(Event->modifiers()), pos.x(), pos.y(),
+                            Event->buttons() & (Qt::LeftButton | Qt::RightButton));
+}
+
+void TWgTreeViewWidget::mouseReleaseEvent(QMouseEvent* Event) {
+    if (Event->button() != Qt::LeftButton && Event->button() != Qt::RightButton) return;
+    const QPoint pos = Event->position().toPoint();
+    const unsigned shift = ShiftOf(Event->modifiers());
+    FOwner.View().MouseUp(Event->button() == Qt::RightButton, shift, pos.x(), pos.y());
+    if (FDoubleClickPending && Event->button() == Qt::LeftButton) {
+        FDoubleClickPending = false;
+        FOwner.View().DblClick(shift, pos.x(), pos.y());
+    }
+}
+
+void TWgTreeViewWidget::wheelEvent(QWheelEvent* Event) {
+    // Three rows a notch, as the system's default wheel setting.
+    const int notches = Event->angleDelta().y() / 120;
+    if (notches == 0) return;
+    FOwner.CancelEditForLayout();
+    FOwner.View().MouseWheel(-notches * 3);
+    Event->accept();
+}
+
+void TWgTreeViewWidget::keyPressEvent(QKeyEvent* Event) {
+    const int vk = VirtualKeyOf(*Event);
+    if (vk) FOwner.View().KeyDown(vk, ShiftOf(Event->modifiers()));
+    const QString text = Event->text();
+    // Typed characters feed the incremental search; Space is a key of its own.
+    if (!text.isEmpty() && text[0].unicode() > 32 && !(Event->modifiers() & Qt::ControlModifier))
+        for (QChar ch : text)
+            FOwner.View().KeyPress(ch.unicode());
+    if (!vk && text.isEmpty()) QWidget::keyPressEvent(Event);
+}
+
+void TWgTreeViewWidget::focusInEvent(QFocusEvent*) {
+    FOwner.View().SetHasFocus(true);
+}
+
+void TWgTreeViewWidget::focusOutEvent(QFocusEvent* Event) {
+    // Focus that goes to the tree's own editor keeps the rows painted as focused.
+    QWidget* to = QApplication::focusWidget();
+    TWgTreeInplaceEditor* editor = FOwner.InplaceEditor();
+    const bool toEditor = editor && to && editor->Control() &&
+                          (to == editor->Control() || editor->Control()->isAncestorOf(to));
+    if (!toEditor) FOwner.View().SetHasFocus(false);
+    if (Event->reason() == Qt::ActiveWindowFocusReason) FOwner.View().CancelMode();
+}
+
+void TWgTreeViewWidget::leaveEvent(QEvent*) {
+    // Hot tracking and hints end where the mouse leaves the rows.
+    if (QApplication::mouseButtons() == Qt::NoButton) FOwner.View().MouseMove(0, -1, -1, false);
+    HideLineHint();
+}
+
+bool TWgTreeViewWidget::event(QEvent* Event) {
+    if (Event->type() == QEvent::UngrabMouse) FOwner.View().CancelMode();
+    // Tab and Backtab stay with the dialog; the arrows are ours.
+    return QWidget::event(Event);
+}
