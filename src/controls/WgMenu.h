@@ -6,8 +6,9 @@
 
 #include "base/Canvas.h"
 #include "base/Geometry.h"
+#include "base/ImageList.h"
 #include "base/Types.h"
-#include "controls/WgImageList.h"
+#include "base/VirtualKeys.h"
 
 #include <cstdint>
 #include <functional>
@@ -19,27 +20,6 @@ using TShortCut = std::uint16_t;
 inline constexpr TShortCut scShift = 0x2000;
 inline constexpr TShortCut scCtrl = 0x4000;
 inline constexpr TShortCut scAlt = 0x8000;
-
-// Virtual keys the menus react to; letters and digits are their ASCII upper codes.
-inline constexpr int VK_BACK = 0x08;
-inline constexpr int VK_TAB = 0x09;
-inline constexpr int VK_RETURN = 0x0D;
-inline constexpr int VK_SHIFT = 0x10;
-inline constexpr int VK_CONTROL = 0x11;
-inline constexpr int VK_MENU = 0x12; // Alt
-inline constexpr int VK_ESCAPE = 0x1B;
-inline constexpr int VK_SPACE = 0x20;
-inline constexpr int VK_PRIOR = 0x21;
-inline constexpr int VK_NEXT = 0x22;
-inline constexpr int VK_END = 0x23;
-inline constexpr int VK_HOME = 0x24;
-inline constexpr int VK_LEFT = 0x25;
-inline constexpr int VK_UP = 0x26;
-inline constexpr int VK_RIGHT = 0x27;
-inline constexpr int VK_DOWN = 0x28;
-inline constexpr int VK_INSERT = 0x2D;
-inline constexpr int VK_DELETE = 0x2E;
-inline constexpr int VK_F1 = 0x70;
 
 inline TShortCut ShortCut(int Key, TShortCut Shift) {
     return TShortCut((Key & 0xFF) | Shift);

@@ -3,18 +3,10 @@
 // bitmap), bevels and caption. Toolbars, the menu bar and the side panel's
 // bands all stand on this.
 
+#include "base/Background.h"
 #include "base/Canvas.h"
 
 #include <cstdint>
-
-enum TWgBackgroundType : std::uint8_t {
-    bgtColorFill = 0,
-    bgtStretchBitmap = 1,
-    bgtTileBitmap = 2,
-    bgtCenterBitmap = 3,
-    bgtHorzGradient = 4,
-    bgtVertGradient = 5,
-};
 
 enum TPanelBevel : std::uint8_t { bvNone = 0, bvLowered = 1, bvRaised = 2, bvSpace = 3 };
 

@@ -4,7 +4,7 @@
 // and hand it here with a canvas.
 
 #include "base/Canvas.h"
-#include "controls/WgImageList.h"
+#include "base/ImageList.h"
 
 struct TWgButtonFace {
     bool Flat = true;

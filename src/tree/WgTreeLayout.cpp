@@ -166,8 +166,8 @@ TWgMainCellLayout TWgTreeView::LayoutMainCell(TWgTreeItem* Item, const TRect& Ro
             if (before) R.Left += indent / 3;
             Image = inList ? Index : -1;
             X = R.Left;
-            Width = List->Width;
-            R.Left += List->Width;
+            Width = List->Width();
+            R.Left += List->Width();
             before = true;
         };
         const TWgImageList* stateList = FOwner.Images2 ? FOwner.Images2 : FOwner.Images;
@@ -253,7 +253,7 @@ TWgTreeItem* TWgTreeView::GetItemAt(int X, int Y, int& Column, TWgItemPart& Part
     int q;
     const bool checkBox = FOwner.ShowCheckboxes() && item->HasStaticFlag(sfShowCheckBox);
     if (item->HasFlag(ifHasPicture)) {
-        const int w = FOwner.Images ? FOwner.Images->Width : 0;
+        const int w = FOwner.Images ? FOwner.Images->Width() : 0;
         q = tr.Left - w - t + 1;
         if (q <= p && p < q + w) {
             Part = ipPicture;
@@ -265,7 +265,7 @@ TWgTreeItem* TWgTreeView::GetItemAt(int X, int Y, int& Column, TWgItemPart& Part
     }
     if (item->HasFlag(ifHasStatePicture)) {
         const TWgImageList* list = FOwner.Images2 ? FOwner.Images2 : FOwner.Images;
-        const int w = list ? list->Width : 0;
+        const int w = list ? list->Width() : 0;
         q -= w;
         if (q <= p && p < q + w) {
             Part = ipPicture2;

@@ -385,13 +385,13 @@ void TWgTreeView::DrawMainCell(TCanvas& Canvas, TWgTreeItem* Item, const TRect& 
     std::uint32_t flags = Item->Flags() & ~std::uint32_t(ifHasPicture | ifHasStatePicture);
     const TWgImageList* stateList = FOwner.Images2 ? FOwner.Images2 : FOwner.Images;
     if (L.StateImage >= 0 && stateList) {
-        const TMemoryBitmap& image = stateList->Images[std::size_t(L.StateImage)];
-        Canvas.Draw(L.StateX - shift, Row.Top + (Row.Height() - stateList->Height) / 2, image);
+        const TMemoryBitmap& image = *stateList->Get(L.StateImage);
+        Canvas.Draw(L.StateX - shift, Row.Top + (Row.Height() - stateList->Height()) / 2, image);
         flags |= ifHasStatePicture;
     }
     if (L.MainImage >= 0 && FOwner.Images) {
-        const TMemoryBitmap& image = FOwner.Images->Images[std::size_t(L.MainImage)];
-        Canvas.Draw(L.MainX - shift, Row.Top + (Row.Height() - FOwner.Images->Height) / 2, image);
+        const TMemoryBitmap& image = *FOwner.Images->Get(L.MainImage);
+        Canvas.Draw(L.MainX - shift, Row.Top + (Row.Height() - FOwner.Images->Height()) / 2, image);
         flags |= ifHasPicture;
     }
     Item->SetFlagsRaw(flags);

@@ -1,9 +1,12 @@
 #pragma once
 // Enumerations, small records and host interfaces of the tree view.
 
+#include "base/Background.h"
 #include "base/Bitmap.h"
 #include "base/Geometry.h"
+#include "base/ImageList.h"
 #include "base/Types.h"
+#include "base/VirtualKeys.h"
 
 #include <cstdint>
 #include <vector>
@@ -36,7 +39,6 @@ enum TSTSelModes : std::uint8_t { smSimple = 0, smUsual = 1 };
 enum TWgSearchScope : std::uint8_t { issWholeTree = 0, issWithinParent = 1 };
 enum TWgSearchColumn : std::uint8_t { iscMainText = 0, iscSortColumn = 1 };
 enum TWgDblClickMode : std::uint8_t { dcmNone = 0, dcmExpand = 1, dcmEdit = 2 };
-enum TWgBackgroundType : std::uint8_t { bgtColorFill = 0, bgtStretchBitmap, bgtTileBitmap };
 enum TLineHintMode : std::uint8_t { shmNone = 0, shmLong = 1, shmAll = 2 };
 enum TLineHintType : std::uint8_t { lhtMainTextOnly = 0, lhtCellTextOnly = 1, lhtSmart = 2 };
 
@@ -45,30 +47,6 @@ inline constexpr unsigned ssShift = 1;
 inline constexpr unsigned ssAlt = 2;
 inline constexpr unsigned ssCtrl = 4;
 inline constexpr unsigned ssDouble = 8; // the press is the second of a double click
-
-// Virtual key numbers the view reacts to.
-inline constexpr int VK_BACK = 0x08;
-inline constexpr int VK_SPACE = 0x20;
-inline constexpr int VK_PRIOR = 0x21;
-inline constexpr int VK_NEXT = 0x22;
-inline constexpr int VK_END = 0x23;
-inline constexpr int VK_HOME = 0x24;
-inline constexpr int VK_LEFT = 0x25;
-inline constexpr int VK_UP = 0x26;
-inline constexpr int VK_RIGHT = 0x27;
-inline constexpr int VK_DOWN = 0x28;
-inline constexpr int VK_MULTIPLY = 0x6A;
-inline constexpr int VK_ADD = 0x6B;
-inline constexpr int VK_SUBTRACT = 0x6D;
-inline constexpr int VK_DIVIDE = 0x6F;
-
-// A list of equally sized images; an index outside it counts as no image.
-struct TWgImageList {
-    int Width = 16;
-    int Height = 16;
-    std::vector<TMemoryBitmap> Images;
-    int Count() const { return int(Images.size()); }
-};
 
 // Timers of the view. The host runs them and calls TimerFired when one
 // expires; tests call it by hand.

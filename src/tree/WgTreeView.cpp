@@ -187,8 +187,8 @@ bool TWgTreeView::Confirm(const char* Text, const char* Title) {
 int TWgTreeView::ComputeLineHeight() const {
     int h = 0;
     if (FOwner.ShowImages()) {
-        if (FOwner.Images) h = FOwner.Images->Height;
-        if (FOwner.Images2) h = std::max(h, FOwner.Images2->Height);
+        if (FOwner.Images) h = FOwner.Images->Height();
+        if (FOwner.Images2) h = std::max(h, FOwner.Images2->Height());
     }
     h = std::max(h, FOwner.ItemIndent());
     const int font = TreeFont().Height;

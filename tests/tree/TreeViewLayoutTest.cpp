@@ -186,7 +186,9 @@ TEST(TreeViewLayout, MainCellLayoutPerLevel) {
         const TWgMainCellLayout L = f.View().LayoutMainCell(item, f.View().GetItemRect(row));
         EXPECT_EQ(L.TextLeft, c.TextLeft) << c.Text;
         EXPECT_EQ(L.Button, c.Button) << c.Text;
-        if (c.Button) EXPECT_EQ(L.ButtonSlot.Left, c.ButtonLeft) << c.Text;
+        if (c.Button) {
+            EXPECT_EQ(L.ButtonSlot.Left, c.ButtonLeft) << c.Text;
+        }
         EXPECT_EQ(L.Lines, c.Lines) << c.Text;
     }
     // With ShowRoot the top level has its lines; the first row starts at its middle.

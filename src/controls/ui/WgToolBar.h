@@ -4,7 +4,7 @@
 // TCustomWgToolButton and TWgToolButton. The arithmetic lives in the core
 // (WgToolBarLayout, WgToolBarPaint); these widgets host it.
 
-#include "controls/WgImageList.h"
+#include "base/ImageList.h"
 #include "controls/WgToolBarLayout.h"
 #include "controls/WgToolBarPaint.h"
 #include "controls/ui/WgPanel.h"

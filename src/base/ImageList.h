@@ -10,6 +10,8 @@
 class TWgImageList {
 public:
     TWgImageList(int Width = 16, int Height = 16) : FWidth(Width), FHeight(Height) {}
+    TWgImageList(int Width, int Height, std::vector<TMemoryBitmap> Images)
+        : FWidth(Width), FHeight(Height), FImages(std::move(Images)) {}
 
     int Width() const { return FWidth; }
     int Height() const { return FHeight; }
