@@ -1,6 +1,7 @@
 #include "controls/ui/UniControls.h"
 
 #include "base/Exceptions.h"
+#include "base/ui/Keys.h"
 #include "base/ui/QtCanvas.h"
 
 #include <QDialog>
@@ -60,44 +61,7 @@ private:
 } // namespace
 
 int TUniEdit::VirtualKey(int QtKey) {
-    if (QtKey >= Qt::Key_A && QtKey <= Qt::Key_Z) return QtKey; // same numbers
-    if (QtKey >= Qt::Key_0 && QtKey <= Qt::Key_9) return QtKey;
-    if (QtKey >= Qt::Key_F1 && QtKey <= Qt::Key_F24) return 112 + (QtKey - Qt::Key_F1);
-    switch (QtKey) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        return 13;
-    case Qt::Key_Escape:
-        return 27;
-    case Qt::Key_Tab:
-        return 9;
-    case Qt::Key_Backspace:
-        return 8;
-    case Qt::Key_Space:
-        return 32;
-    case Qt::Key_PageUp:
-        return 33;
-    case Qt::Key_PageDown:
-        return 34;
-    case Qt::Key_End:
-        return 35;
-    case Qt::Key_Home:
-        return 36;
-    case Qt::Key_Left:
-        return 37;
-    case Qt::Key_Up:
-        return 38;
-    case Qt::Key_Right:
-        return 39;
-    case Qt::Key_Down:
-        return 40;
-    case Qt::Key_Insert:
-        return 45;
-    case Qt::Key_Delete:
-        return 46;
-    default:
-        return 0;
-    }
+    return VirtualKeyOf(QtKey);
 }
 
 // --- TUniListItems ----------------------------------------------------------

@@ -1,5 +1,6 @@
 #include "controls/ui/WgMenuBar.h"
 
+#include "base/ui/Keys.h"
 #include "base/ui/Messages.h"
 #include "base/ui/QtCanvas.h"
 

@@ -100,6 +100,4 @@ private:
     QPoint FLastMouse{-1000000, -1000000};
 };
 
-// Converts a key of the toolkit to the virtual key of the menu model; 0 if none.
-int VirtualKeyOf(int QtKey);
 TShortCut ShiftStateOf(Qt::KeyboardModifiers Modifiers);

@@ -1,6 +1,7 @@
 // The rows widget of TWgTree: paints through the view, passes input on.
 
 #include "base/ui/Colors.h"
+#include "base/ui/Keys.h"
 #include "base/ui/QtCanvas.h"
 #include "tree/ui/WgTree.h"
 
@@ -22,45 +23,23 @@ unsigned ShiftOf(Qt::KeyboardModifiers Modifiers) {
     return shift;
 }
 
-// The virtual key number of a Qt key, 0 for keys the view has no use for.
-int VirtualKeyOf(const QKeyEvent& Event) {
-    const bool keypad = Event.modifiers() & Qt::KeypadModifier;
-    switch (Event.key()) {
-    case Qt::Key_Backspace:
-        return VK_BACK;
-    case Qt::Key_Space:
-        return VK_SPACE;
-    case Qt::Key_PageUp:
-        return VK_PRIOR;
-    case Qt::Key_PageDown:
-        return VK_NEXT;
-    case Qt::Key_End:
-        return VK_END;
-    case Qt::Key_Home:
-        return VK_HOME;
-    case Qt::Key_Left:
-        return VK_LEFT;
-    case Qt::Key_Up:
-        return VK_UP;
-    case Qt::Key_Right:
-        return VK_RIGHT;
-    case Qt::Key_Down:
-        return VK_DOWN;
-    case Qt::Key_Asterisk:
-        return keypad ? VK_MULTIPLY : 0;
-    case Qt::Key_Plus:
-        return keypad ? VK_ADD : 0;
-    case Qt::Key_Minus:
-        return keypad ? VK_SUBTRACT : 0;
-    case Qt::Key_Slash:
-        return keypad ? VK_DIVIDE : 0;
+// The virtual key of a Qt key for the view, 0 for keys it has no use for:
+// those go on to Qt (Tab moves the focus, Enter and Esc reach the form).
+int ViewKeyOf(const QKeyEvent& Event) {
+    const int vk = VirtualKeyOf(Event.key(), Event.modifiers() & Qt::KeypadModifier);
+    switch (vk) {
+    case VK_TAB:
+    case VK_RETURN:
+    case VK_SHIFT:
+    case VK_CONTROL:
+    case VK_MENU:
+    case VK_ESCAPE:
+    case VK_INSERT:
+    case VK_DELETE:
+        return 0;
     default:
-        break;
+        return vk >= VK_F1 && vk < VK_F1 + 24 ? 0 : vk;
     }
-    const int key = Event.key();
-    if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9))
-        return key; // letters and digits share their ASCII numbers
-    return 0;
 }
 
 } // namespace
@@ -233,7 +212,7 @@ void TWgTreeViewWidget::wheelEvent(QWheelEvent* Event) {
 }
 
 void TWgTreeViewWidget::keyPressEvent(QKeyEvent* Event) {
-    const int vk = VirtualKeyOf(*Event);
+    const int vk = ViewKeyOf(*Event);
     if (vk) FOwner.View().KeyDown(vk, ShiftOf(Event->modifiers()));
     const QString text = Event->text();
     // Typed characters feed the incremental search; Space is a key of its own.
