@@ -492,10 +492,7 @@ bool TWgIniFile::ReadBool(const AnsiString& Key, const AnsiString& Name, bool De
     return Default;
 }
 bool TWgIniFile::WriteBool(const AnsiString& Key, const AnsiString& Name, bool Value) {
-    TWgIniEntry* v = ValueForWrite(Key, Name);
-    if (!v) return false;
-    v->SetBool(Value);
-    return Changed();
+    return WriteValue(Key, Name, [&](TWgIniEntry& V) { V.SetBool(Value); });
 }
 std::int32_t TWgIniFile::ReadInteger(const AnsiString& Key, const AnsiString& Name,
                                      std::int32_t Default) {
@@ -503,10 +500,7 @@ std::int32_t TWgIniFile::ReadInteger(const AnsiString& Key, const AnsiString& Na
     return v && v->ValueType() == ivtInteger ? v->IntValue() : Default;
 }
 bool TWgIniFile::WriteInteger(const AnsiString& Key, const AnsiString& Name, std::int32_t Value) {
-    TWgIniEntry* v = ValueForWrite(Key, Name);
-    if (!v) return false;
-    v->SetInteger(Value);
-    return Changed();
+    return WriteValue(Key, Name, [&](TWgIniEntry& V) { V.SetInteger(Value); });
 }
 AnsiString TWgIniFile::ReadString(const AnsiString& Key, const AnsiString& Name,
                                   const AnsiString& Default) {
@@ -515,10 +509,7 @@ AnsiString TWgIniFile::ReadString(const AnsiString& Key, const AnsiString& Name,
 }
 bool TWgIniFile::WriteString(const AnsiString& Key, const AnsiString& Name,
                              const AnsiString& Value) {
-    TWgIniEntry* v = ValueForWrite(Key, Name);
-    if (!v) return false;
-    v->SetString(Value);
-    return Changed();
+    return WriteValue(Key, Name, [&](TWgIniEntry& V) { V.SetString(Value); });
 }
 TWgAnsiStrings TWgIniFile::ReadMultiString(const AnsiString& Key, const AnsiString& Name,
                                            const TWgAnsiStrings& Default) {
@@ -527,10 +518,7 @@ TWgAnsiStrings TWgIniFile::ReadMultiString(const AnsiString& Key, const AnsiStri
 }
 bool TWgIniFile::WriteMultiString(const AnsiString& Key, const AnsiString& Name,
                                   const TWgAnsiStrings& Value) {
-    TWgIniEntry* v = ValueForWrite(Key, Name);
-    if (!v) return false;
-    v->SetMultiString(Value);
-    return Changed();
+    return WriteValue(Key, Name, [&](TWgIniEntry& V) { V.SetMultiString(Value); });
 }
 TWgByteArray TWgIniFile::ReadBinary(const AnsiString& Key, const AnsiString& Name,
                                     const TWgByteArray& Default) {
@@ -540,20 +528,14 @@ TWgByteArray TWgIniFile::ReadBinary(const AnsiString& Key, const AnsiString& Nam
 bool TWgIniFile::WriteBinary(const AnsiString& Key, const AnsiString& Name,
                              const TWgByteArray& Value) {
     if (FSimple) return false; // a plain ini file has no place for bytes
-    TWgIniEntry* v = ValueForWrite(Key, Name);
-    if (!v) return false;
-    v->SetBinary(Value);
-    return Changed();
+    return WriteValue(Key, Name, [&](TWgIniEntry& V) { V.SetBinary(Value); });
 }
 double TWgIniFile::ReadFloat(const AnsiString& Key, const AnsiString& Name, double Default) {
     TWgIniEntry* v = GetValueEntry(Key, Name);
     return v && v->ValueType() == ivtFloat ? v->FloatValue() : Default;
 }
 bool TWgIniFile::WriteFloat(const AnsiString& Key, const AnsiString& Name, double Value) {
-    TWgIniEntry* v = ValueForWrite(Key, Name);
-    if (!v) return false;
-    v->SetFloat(Value);
-    return Changed();
+    return WriteValue(Key, Name, [&](TWgIniEntry& V) { V.SetFloat(Value); });
 }
 
 bool TWgIniFile::KeyExists(const AnsiString& Key) {

@@ -202,6 +202,15 @@ private:
     template <typename TWork> auto AtKey(const AnsiString& Key, bool CanCreate, TWork&& Work);
     TWgIniEntry* ValueForWrite(const AnsiString& Key, const AnsiString& Name);
     bool Changed();
+    // The shared write path: find or make the value, let Set store into it,
+    // and report the change.
+    template <typename TSet>
+    bool WriteValue(const AnsiString& Key, const AnsiString& Name, TSet Set) {
+        TWgIniEntry* v = ValueForWrite(Key, Name);
+        if (!v) return false;
+        Set(*v);
+        return Changed();
+    }
     void ResetCurrent();
     void CheckNoRegistry(const char* Message) const;
     void WriteKeyText(AnsiString& Out, const TWgIniEntry& Key, const AnsiString& KeyPath) const;
