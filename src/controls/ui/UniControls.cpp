@@ -231,6 +231,11 @@ WideString TUniMemoLines::Strings(int Index) const {
 }
 
 void TUniMemoLines::Add(const WideString& S) {
+    AddLines(1, [&S](int) { return S; });
+}
+
+void TUniMemoLines::AddLines(int Count, const std::function<WideString(int Index)>& Line) {
+    if (Count <= 0) return;
     // Only the last character matters: a text that does not end its last
     // line gets the line end first. The document counts a closing block end
     // of its own, which is not part of the text.
@@ -239,8 +244,10 @@ void TUniMemoLines::Add(const WideString& S) {
     QString insertion;
     if (count > 1 && document->characterAt(count - 2) != QChar::ParagraphSeparator)
         insertion += QChar(u'\n');
-    insertion += QString::fromStdU16String(S);
-    insertion += QChar(u'\n');
+    for (int i = 0; i < Count; ++i) {
+        insertion += QString::fromStdU16String(Line(i));
+        insertion += QChar(u'\n');
+    }
     QTextCursor cursor(document);
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(insertion);

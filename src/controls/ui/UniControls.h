@@ -141,6 +141,9 @@ public:
     WideString Strings(int Index) const;
     // Appends a line and its line end, as one change of the text.
     void Add(const WideString& S);
+    // Appends Count lines, Line(i) each, as one change of the text: the same
+    // text as Count calls of Add, without Count changes.
+    void AddLines(int Count, const std::function<WideString(int Index)>& Line);
     void Clear();
     std::vector<WideString> ToVector() const;
 

@@ -1,0 +1,171 @@
+#pragma once
+// TSynForm: the main window. It holds the one open definition: the options,
+// block and fold trees, the list pages (TSynFormPages), the side panel that
+// picks a section, the menu bar with File and Help, and the status bar with
+// the document's name and state word. The document commands (New, Open,
+// Save, Save As, Exit, closing the window) and the change tracking live here.
+//
+// The name of the document is SaveDialog.FileName; empty means a document
+// that was never saved. "*New.syx" is only a caption in the status bar.
+
+#include "app/SynFormPages.h"
+#include "base/Dialogs.h"
+#include "base/ImageList.h"
+#include "controls/WgMenu.h"
+#include "document/KVSyntax.h"
+#include "settings/ScribexSettings.h"
+
+#include <QStringList>
+#include <QWidget>
+
+#include <array>
+#include <memory>
+
+class QFrame;
+class QLabel;
+class QPushButton;
+class QStatusBar;
+class TAddForm;
+class TPlusPageControl;
+class TPlusTabSheet;
+class TSyntaxAbout;
+class TUserMenuForm;
+class TWgMenuBar;
+class TWgPageControl;
+class TWgPanel;
+class TWgTabSheet;
+class TWgToolbar;
+class TWgTree;
+class TWgTreeInplaceComboBox;
+class TWgTreeInplaceEdit;
+class TWgTreeItem;
+
+class TSynForm : public QWidget {
+    Q_OBJECT
+public:
+    explicit TSynForm(QWidget* Parent = nullptr);
+    ~TSynForm() override;
+
+    // The three dialogs, created once by the program's entry.
+    void SetForms(TSyntaxAbout* About, TUserMenuForm* UserMenuForm, TAddForm* AddForm);
+
+    // ---- the document
+    void ResetDocument();
+    void OpenDocument(const AnsiString& FileName);
+    void SaveDocument(const AnsiString& FileName);
+    bool QuerySave();
+    void MarkModified();
+    void OpenFromCommandLine(const AnsiString& FileName);
+
+    // ---- the form's events
+    // Opens every file of Params, then brings the first options sheet to
+    // the front. Runs once, at the first showing of the window.
+    void FormShow();
+    // Keeps the block panel at half the options area.
+    void FormResize();
+
+    // ---- block and fold records
+    void AddBlockRows(int Count);
+    void AddFoldRows(int Count);
+
+    // ---- section selection (the side panel's labels), 0 to 8
+    void SelectSection(int Section);
+
+    // The sections of the side panel.
+    static constexpr int SectionCount = 9;
+
+    // The file names that FormShow opens; the program's arguments by default.
+    QStringList Params;
+
+    std::uint8_t SaveEncoding = 2;
+    bool Modified = false;
+    std::unique_ptr<TWgWideStringList> Blocks, Folds, Options, Header, Sample;
+    TSynFormPages Pages; // the live containers, kind bitmaps and list pages
+    TKVSyntax KVSyntax;
+    TFileDialogParams OpenDialog, SaveDialog;
+    // The skin choice read from the companion editor's settings at start.
+    TSkinChoice SkinChoice;
+
+    // ---- controls, top to bottom
+    TWgImageList MainMenuImageList;
+    TWgMainMenu WgMainMenu1;
+    TWgMenuItem *WgMenuItem2, *FileNew, *FileOpen, *FileSave, *FileSaveAs, *FileExit;
+    TWgMenuItem *WgMenuItem1, *HelpContent, *HelpAbout;
+    TWgMenuBar* WgMenuBar1;
+    TWgPanel* WgPanel2;
+    TWgPanel* panHead;
+    std::array<TWgPanel*, 5> panSections{};
+    TWgPanel* panBottom;
+    std::array<QLabel*, SectionCount> SectionLabels{}; // Label1 .. Label10 without Label5
+    std::array<QLabel*, SectionCount> SectionImages{}; // Image1 .. Image9
+    TWgPanel* WgPanel1;
+    QFrame* Shape1;
+    TWgPageControl* WgPageControl1;
+    TWgTabSheet *TabOptions, *TabCodeMenu, *TabHints, *TabSample, *TabInfo, *TabUserMenu;
+    TPlusPageControl* PlusPageControl1;
+    TPlusTabSheet *PlusTabSheet1, *PlusTabSheet2;
+    TWgTree* WgTree1;
+    QWidget *Panel1, *Panel2;
+    TWgTree* WgTree2;
+    TWgTree* WgTreeFold;
+    QPushButton *BtnBlockAdd, *BtnBlockDelete, *BtnFoldAdd, *BtnFoldDelete;
+    TWgTreeInplaceEdit *WgTreeInplaceEdit1, *WgTreeInplaceEdit2, *WgTreeInplaceEdit3;
+    TWgTreeInplaceComboBox *WgTreeInplaceComboBox1, *WgTreeInplaceComboBox2,
+        *WgTreeInplaceComboBox3;
+    std::array<TWgToolbar*, 3> Toolbars{}; // WgToolbar1 .. WgToolbar3
+    QStatusBar* StatusBar1;
+    std::array<QLabel*, 2> StatusPanels{};
+
+    // The text of status panel 0 or 1.
+    QString StatusText(int Panel) const;
+
+public slots:
+    void FileNewClick();
+    void FileOpenClick();
+    void FileSaveClick();
+    void FileSaveAsClick();
+    void FileExitClick();
+    void HelpContentClick();
+    void HelpAboutClick();
+    void BtnBlockAddClick();
+    void BtnBlockDeleteClick();
+    void BtnFoldAddClick();
+    void BtnFoldDeleteClick();
+
+protected:
+    void closeEvent(QCloseEvent* Event) override;
+    void showEvent(QShowEvent* Event) override;
+    void resizeEvent(QResizeEvent* Event) override;
+    bool eventFilter(QObject* Watched, QEvent* Event) override;
+
+private:
+    void CreateMenu();
+    void CreateSidePanel(QWidget* Parent);
+    void CreateOptionsPage();
+    void CreateBlockPage();
+    void CreateToolbars();
+    void CreateStatusBar();
+    void ApplySkinPalette();
+    void ReadTreeForms();
+    // The form's close event: true lets the window close and frees the document.
+    bool FormClose();
+    void SetStatus(int Panel, const QString& Text);
+    // The shared TryEdit handler of the three trees.
+    void TryEdit(TWgTreeItem* Item, int SectionIndex, int& CellType);
+    void AddRecordRows(TWgTree& Tree, int Count, const std::array<const char16_t*, 5>& Labels,
+                       const std::array<int, 5>& Tags);
+    void DeleteLastRecord(TWgTree& Tree);
+    void FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool Blocks);
+    void HarvestRecords(TWgTree& Tree, TWgWideStringList& List);
+    void LabelMouseEnter(QLabel* Label);
+    void LabelMouseLeave(QLabel* Label);
+
+    TSyntaxAbout* FAbout = nullptr;
+    bool FShown = false;
+    bool FCursorSaved = false; // SavedCursor: the hand cursor is pushed over the previous one
+};
+
+// The companion editor's per-user folder, without a trailing separator:
+// LEXSMITH_APPDATA if set, otherwise the platform's rule. Evaluated anew
+// at each call.
+AnsiString AppDataFolder();

@@ -1,0 +1,73 @@
+#pragma once
+// Where the companion editor keeps its per-user files, what of its settings
+// this program reads (the skin choice), and which controls a chosen skin
+// would paint. The settings file is read and never written.
+
+#include "base/Types.h"
+
+#include <cstdint>
+#include <functional>
+
+// The separator that joins the application data folder with what lies below it.
+#ifdef _WIN32
+inline constexpr char PathDelim = '\\';
+#else
+inline constexpr char PathDelim = '/';
+#endif
+
+// The folder rule, with the environment given as a lookup so that it can be
+// tested: LEXSMITH_APPDATA if set; on Windows %APPDATA% + "\KV Scribex";
+// elsewhere the same folder in the default Wine prefix when that exists,
+// otherwise $XDG_CONFIG_HOME (or ~/.config) + "/KV Scribex". No trailing
+// separator.
+using TEnvLookup = std::function<const char*(const char* Name)>;
+using TDirExists = std::function<bool(const AnsiString& Path)>;
+AnsiString AppDataFolderFrom(const TEnvLookup& Env, const TDirExists& DirExists);
+
+// The keys of the section "Customize" of Scribex.ini that matter here.
+struct TScribexSettings {
+    bool SkinEnabled = false;
+    bool DontSkinCaption = false;
+    AnsiString Skin;
+};
+
+// Reads the settings file; a file that does not exist or cannot be read
+// gives the defaults. Section and key names match without regard to case;
+// a boolean is an integer, true when not 0, and a value that is no integer
+// leaves the default.
+TScribexSettings ReadScribexSettings(const AnsiString& FileName);
+
+// The classes of controls a skin paints.
+enum TSkinControl : std::uint8_t {
+    xcCombo,
+    xcCheckBox,
+    xcRadioButton,
+    xcProgress,
+    xcScrollbar,
+    xcEdit,
+    xcButton,
+    xcBitBtn,
+    xcSpeedButton,
+    xcPanel,
+    xcGroupBox,
+    xcStatusBar,
+    xcTab,
+    xcSystemMenu,
+    xcMainMenu,
+};
+using TSkinControls = std::uint32_t; // bit n set: TSkinControl n
+constexpr TSkinControls SkinControlBit(TSkinControl C) { return TSkinControls(1) << C; }
+
+struct TSkinChoice {
+    TSkinControls SkinControls = 0;
+    AnsiString SkinFile; // set whether or not skinning is wanted
+    bool Active = false;
+};
+
+// The skin choice of the start-up: the controls to skin from the two
+// switches, the skin's path below AppData + "/skins/", and Active only when
+// skinning is on and that path names an existing file.
+TSkinChoice ChooseSkin(const TScribexSettings& Settings, const AnsiString& AppData);
+
+// An existing regular file (a folder does not count).
+bool FileExists(const AnsiString& FileName);
