@@ -5,6 +5,7 @@
 // the peak heap in use during one load + save, as a multiple of the file
 // size. Heap use is counted by replacing the global allocation functions.
 
+#include "LargeDefinition.h"
 #include "document/SyntaxDocument.h"
 
 #include <benchmark/benchmark.h>
@@ -51,37 +52,6 @@ void operator delete(void* P) noexcept {
 void operator delete(void* P, std::size_t) noexcept { operator delete(P); }
 
 namespace {
-
-std::string MakeDefinition() {
-    std::string text = "{ Large generated definition }\r\n[Options]\r\n"
-                       "  LineCommentA = \"//\"\r\n  CaseSensitive = \"Yes\"\r\n[End]\r\n";
-    unsigned seed = 12345;
-    auto word = [&seed](int Length) {
-        std::string w;
-        for (int i = 0; i < Length; ++i) {
-            seed = seed * 1103515245u + 12345u;
-            w += char('a' + (seed >> 16) % 26);
-        }
-        return w;
-    };
-    for (int g = 0; g < 100; ++g) {
-        text += "\r\n[Keywords]\r\n>Group " + std::to_string(g) + "\r\n\r\n";
-        for (int k = 0; k < 2000; ++k)
-            text += "  " + word(4 + k % 8) + "\r\n";
-        text += "\r\n[End]\r\n";
-    }
-    text += "\r\n[AutoComplete]\r\n";
-    for (int m = 0; m < 50; ++m) {
-        text += "\r\n  \"" + word(6) + ".\"\r\n";
-        for (int e = 0; e < 100; ++e) {
-            std::string name = word(5 + e % 6);
-            text += "    ->\"" + name + "\" | \"" + name + "(" + word(3) + ", " + word(4) +
-                    ")\" + f\r\n";
-        }
-    }
-    text += "\r\n[End]\r\n";
-    return text;
-}
 
 std::string TempPath(const char* Name) {
     return (std::filesystem::temp_directory_path() / Name).string();

@@ -11,9 +11,13 @@ QString ResourcesFolder() {
     const QString fromEnvironment = qEnvironmentVariable("LEXSMITH_RESOURCES");
     if (!fromEnvironment.isEmpty()) return fromEnvironment;
     const QString exeDir = QCoreApplication::applicationDirPath();
-    for (const char* relative : {"resources", "../resources", "../../resources"}) {
-        const QString candidate = QDir(exeDir).filePath(QString::fromLatin1(relative));
-        if (QFileInfo(candidate).isDir()) return QDir::cleanPath(candidate);
+    // Beside the executable, or in a folder above it (a build tree's programs
+    // stand a few levels below the source folder).
+    QDir dir(exeDir);
+    for (int level = 0; level < 5; ++level) {
+        if (QFileInfo(dir.filePath(QStringLiteral("resources/forms"))).isDir())
+            return QDir::cleanPath(dir.filePath(QStringLiteral("resources")));
+        if (!dir.cdUp()) break;
     }
     return QDir(exeDir).filePath(QStringLiteral("resources"));
 }

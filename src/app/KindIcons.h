@@ -22,7 +22,8 @@ inline constexpr int KindIconCount = 20;
 inline constexpr TColor KindIconTransparentColor = 0x00FF00;
 
 // The folder of the program's images: LEXSMITH_RESOURCES when set, else the
-// first "resources" folder found beside the executable or above it.
+// first "resources" folder found beside the executable or up to four
+// folders above it.
 QString ResourcesFolder();
 QString KindIconPath(int Kind);
 // False, with Bitmap left empty, when the icon file is missing or broken.
