@@ -43,7 +43,8 @@ void BM_StartUpToFirstPaint(benchmark::State& State) {
         TPaintWatch watch;
         form.installEventFilter(&watch);
         form.show();
-        while (!watch.Painted) QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        while (!watch.Painted)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }
 }
 
@@ -55,9 +56,10 @@ std::string MakeWindowDefinition() {
     std::string records;
     for (int i = 0; i < 200; ++i) {
         const std::string n = std::to_string(i);
-        records += "  BlockName = \"Block" + n + "\"\r\n  BlockOnLine = \"No\"\r\n"
-                   "  BlockAsString = \"Yes\"\r\n  BlockStart = \"<<" + n +
-                   "\"\r\n  BlockEnd = \">>" + n + "\"\r\n\r\n";
+        records += "  BlockName = \"Block" + n +
+                   "\"\r\n  BlockOnLine = \"No\"\r\n"
+                   "  BlockAsString = \"Yes\"\r\n  BlockStart = \"<<" +
+                   n + "\"\r\n  BlockEnd = \">>" + n + "\"\r\n\r\n";
         records += "  Fold_Id = \"fold" + n + "\"\r\n  Fold_Begin = \"begin" + n +
                    "\"\r\n  Fold_End = \"end" + n + "\"\r\n\r\n";
     }

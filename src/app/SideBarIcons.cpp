@@ -19,6 +19,12 @@ void Page(QPainter& P) {
     P.drawRect(2, 1, 11, 13);
 }
 
+void Box(QPainter& P) {
+    P.setPen(Ink);
+    P.setBrush(Paper);
+    P.drawRect(1, 1, 13, 13);
+}
+
 void Letter(QPainter& P, const QString& Text, const QColor& Color) {
     QFont font(QStringLiteral("Tahoma"));
     font.setPixelSize(11);
@@ -29,7 +35,8 @@ void Letter(QPainter& P, const QString& Text, const QColor& Color) {
 }
 
 void Lines(QPainter& P, int Left, int Top, int Count, const QColor& Color) {
-    for (int i = 0; i < Count; ++i) P.fillRect(Left, Top + i * 3, 10 - Left / 2 - (i % 2) * 2, 1, Color);
+    for (int i = 0; i < Count; ++i)
+        P.fillRect(Left, Top + i * 3, 10 - Left / 2 - (i % 2) * 2, 1, Color);
 }
 
 } // namespace
@@ -54,23 +61,17 @@ QPixmap SideBarIcon(int Section) {
         Letter(p, QStringLiteral("<>"), Green);
         break;
     case 3: // user menu: a menu with a highlighted row
-        p.setPen(Ink);
-        p.setBrush(Paper);
-        p.drawRect(1, 1, 13, 13);
+        Box(p);
         p.fillRect(2, 6, 12, 3, Blue);
         Lines(p, 4, 3, 1, Ink);
         Lines(p, 4, 11, 1, Ink);
         break;
     case 4: // class completion
-        p.setPen(Ink);
-        p.setBrush(Paper);
-        p.drawRect(1, 1, 13, 13);
+        Box(p);
         Letter(p, QStringLiteral("{ }"), Blue);
         break;
     case 5: // tag completion
-        p.setPen(Ink);
-        p.setBrush(Paper);
-        p.drawRect(1, 1, 13, 13);
+        Box(p);
         Letter(p, QStringLiteral("</"), Green);
         break;
     case 6: { // hints: a speech bubble

@@ -5,6 +5,7 @@
 #include "app/UserMenuDialog.h"
 #include "app/about.h"
 #include "app/hh.h"
+#include "base/ui/Layouts.h"
 #include "base/ui/QtDialogs.h"
 #include "base/ui/Tag.h"
 #include "controls/WgGlyphs.h"
@@ -102,13 +103,6 @@ TFont Tahoma(int Height, TFontStyles Style = 0, TColor Color = clWindowText) {
     font.Style = Style;
     font.Color = Color;
     return font;
-}
-
-QVBoxLayout* PlainColumn(QWidget* Widget) {
-    auto* layout = new QVBoxLayout(Widget);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    return layout;
 }
 
 // The file name without its folder.

@@ -3,6 +3,7 @@
 #include "app/AddKeywordsDialog.h"
 #include "app/UserMenuDialog.h"
 #include "base/Dialogs.h"
+#include "base/ui/Layouts.h"
 #include "base/ui/QtDialogs.h"
 #include "controls/ui/UniControls.h"
 #include "document/SyntaxDocument.h"
@@ -44,13 +45,6 @@ QWidget* MakeToolbarHost(QWidget* Parent) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     return host;
-}
-
-QVBoxLayout* PlainColumn(QWidget* Widget) {
-    auto* layout = new QVBoxLayout(Widget);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    return layout;
 }
 
 } // namespace

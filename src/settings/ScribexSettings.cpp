@@ -1,6 +1,5 @@
 #include "settings/ScribexSettings.h"
 
-
 #include <filesystem>
 #include <fstream>
 
@@ -18,7 +17,8 @@ bool SameText(std::string_view A, std::string_view B) {
 }
 
 std::string_view TrimBlanks(std::string_view S) {
-    while (!S.empty() && (S.front() == ' ' || S.front() == '\t')) S.remove_prefix(1);
+    while (!S.empty() && (S.front() == ' ' || S.front() == '\t'))
+        S.remove_prefix(1);
     while (!S.empty() && (S.back() == ' ' || S.back() == '\t' || S.back() == '\r'))
         S.remove_suffix(1);
     return S;
@@ -72,7 +72,8 @@ AnsiString AppDataFolderFrom(const TEnvLookup& Env, const TDirExists& DirExists)
         return value ? AnsiString(value) : AnsiString();
     };
     auto noTrailing = [](AnsiString Path) {
-        while (Path.size() > 1 && (Path.back() == '/' || Path.back() == '\\')) Path.pop_back();
+        while (Path.size() > 1 && (Path.back() == '/' || Path.back() == '\\'))
+            Path.pop_back();
         return Path;
     };
     const AnsiString own = env("LEXSMITH_APPDATA");
@@ -104,7 +105,8 @@ TScribexSettings ReadScribexSettings(const AnsiString& FileName) {
     while (std::getline(file, line)) {
         std::string_view text = TrimBlanks(line);
         if (text.size() >= 3 && static_cast<unsigned char>(text[0]) == 0xEF &&
-            static_cast<unsigned char>(text[1]) == 0xBB && static_cast<unsigned char>(text[2]) == 0xBF)
+            static_cast<unsigned char>(text[1]) == 0xBB &&
+            static_cast<unsigned char>(text[2]) == 0xBF)
             text.remove_prefix(3);
         if (text.empty() || text.front() == ';') continue;
         if (text.front() == '[') {
@@ -137,9 +139,9 @@ TScribexSettings ReadScribexSettings(const AnsiString& FileName) {
 TSkinChoice ChooseSkin(const TScribexSettings& Settings, const AnsiString& AppData) {
     TSkinChoice choice;
     if (Settings.SkinEnabled) {
-        for (TSkinControl c : {xcCombo, xcCheckBox, xcRadioButton, xcProgress, xcScrollbar, xcEdit,
-                               xcButton, xcBitBtn, xcSpeedButton, xcPanel, xcGroupBox, xcStatusBar,
-                               xcTab, xcSystemMenu})
+        for (TSkinControl c :
+             {xcCombo, xcCheckBox, xcRadioButton, xcProgress, xcScrollbar, xcEdit, xcButton,
+              xcBitBtn, xcSpeedButton, xcPanel, xcGroupBox, xcStatusBar, xcTab, xcSystemMenu})
             choice.SkinControls |= SkinControlBit(c);
         if (!Settings.DontSkinCaption) choice.SkinControls |= SkinControlBit(xcMainMenu);
     }

@@ -56,7 +56,9 @@ enum TSkinControl : std::uint8_t {
     xcMainMenu,
 };
 using TSkinControls = std::uint32_t; // bit n set: TSkinControl n
-constexpr TSkinControls SkinControlBit(TSkinControl C) { return TSkinControls(1) << C; }
+constexpr TSkinControls SkinControlBit(TSkinControl C) {
+    return TSkinControls(1) << C;
+}
 
 struct TSkinChoice {
     TSkinControls SkinControls = 0;

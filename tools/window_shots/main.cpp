@@ -1,5 +1,6 @@
 // Opens a definition in the main window and writes a picture of each
-// section, and of the block and folding sheet, into a folder:
+// section, of the block and folding sheet and of the open File menu, into
+// a folder:
 //
 //   window_shots FILE.syx OUTDIR
 //
@@ -9,11 +10,15 @@
 #include "base/ui/Application.h"
 #include "controls/ui/PlusPageControl.h"
 #include "controls/ui/UniControls.h"
+#include "controls/ui/WgMenuBar.h"
 #include "controls/ui/WgPgCtl.h"
+#include "controls/ui/WgPopupMenu.h"
 
 #include <QCursor>
 #include <QDir>
 #include <QFile>
+#include <QKeyEvent>
+#include <QPainter>
 
 #include <cstdio>
 
@@ -57,6 +62,33 @@ int main(int argc, char** argv) {
     form.SelectSection(0);
     form.PlusPageControl1->SetActivePageIndex(1);
     ok = shoot(QStringLiteral("blocks")) && ok;
+
+    // The File menu, opened with Alt+F as the user would, its first item hot.
+    form.PlusPageControl1->SetActivePageIndex(0);
+    form.activateWindow();
+    QApplication::setActiveWindow(&form);
+    form.WgMenuBar1->setFocus();
+    QKeyEvent altDown(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier);
+    QApplication::sendEvent(&form, &altDown);
+    QKeyEvent fDown(QEvent::KeyPress, Qt::Key_F, Qt::AltModifier, QStringLiteral("f"));
+    QApplication::sendEvent(&form, &fDown);
+    app.processEvents();
+    if (TWgPopupMenu* popup = form.WgMenuBar1->OpenPopup()) {
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        QApplication::sendEvent(popup, &down);
+        app.processEvents();
+        QImage image = form.grab().toImage();
+        QPainter painter(&image);
+        painter.drawPixmap(form.mapFromGlobal(popup->geometry().topLeft()), popup->grab());
+        painter.end();
+        const QString path = out.filePath(QStringLiteral("menu.png"));
+        ok = image.save(path, "PNG") && ok;
+        std::printf("%s\n", qPrintable(path));
+        popup->close();
+    } else {
+        std::fprintf(stderr, "window_shots: the File menu did not open\n");
+        ok = false;
+    }
     form.Modified = false;
     return ok ? 0 : 1;
 }
