@@ -32,6 +32,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -337,6 +338,11 @@ void TSynForm::CreateSidePanel(QWidget* Parent) {
         palette.setColor(QPalette::WindowText, Qt::black);
         label->setPalette(palette);
         label->installEventFilter(this);
+        // The keyboard's way to the sections: Ctrl+1 to Ctrl+9, top to bottom.
+        const QKeySequence key(QKeyCombination(Qt::ControlModifier, Qt::Key(Qt::Key_1 + i)));
+        label->setToolTip(key.toString(QKeySequence::NativeText));
+        connect(new QShortcut(key, this), &QShortcut::activated, this,
+                [this, i] { SelectSection(i); });
         SectionLabels[std::size_t(i)] = label;
         auto* image = new QLabel(WgPanel2);
         image->setPixmap(SideBarIcon(i));
