@@ -1,0 +1,19 @@
+# Starts the editor on an example without a screen and checks that it wrote
+# the picture of its main window: run with -DLEXSMITH=... -DEXAMPLES=... -DWORK=...
+file(REMOVE_RECURSE "${WORK}")
+file(MAKE_DIRECTORY "${WORK}")
+set(ENV{QT_QPA_PLATFORM} offscreen)
+set(ENV{LEXSMITH_APPDATA} "${EXAMPLES}/appdata")
+set(ENV{LEXSMITH_SCREENSHOT} "${WORK}/window.png")
+execute_process(COMMAND "${LEXSMITH}" "${EXAMPLES}/lua.syx" "${WORK}/no-such-file.syx"
+                RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err TIMEOUT 60)
+if(NOT rc EQUAL 0)
+  message(FATAL_ERROR "lexsmith exited with ${rc}\n${out}\n${err}")
+endif()
+if(NOT EXISTS "${WORK}/window.png")
+  message(FATAL_ERROR "no picture of the main window was written\n${out}\n${err}")
+endif()
+file(READ "${WORK}/window.png" head LIMIT 8 HEX)
+if(NOT head STREQUAL "89504e470d0a1a0a")
+  message(FATAL_ERROR "window.png is no PNG file")
+endif()
