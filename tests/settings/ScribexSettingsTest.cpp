@@ -1,0 +1,105 @@
+// The companion editor's settings: where its folder is, what of its
+// Scribex.ini is read, and the skin choice made from that.
+
+#include "settings/ScribexSettings.h"
+
+#include <gtest/gtest.h>
+
+#include <bitset>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+#ifndef _WIN32
+TEST(ScribexSettingsTest, AppDataFolderRules) {
+    std::map<std::string, std::string> env = {{"HOME", "/home/ann/"}, {"USER", "ann"}};
+    std::vector<AnsiString> asked;
+    bool wineExists = false;
+    auto folder = [&] {
+        return AppDataFolderFrom(
+            [&](const char* Name) { return env.count(Name) ? env[Name].c_str() : nullptr; },
+            [&](const AnsiString& Path) { return asked.push_back(Path), wineExists; });
+    };
+    const AnsiString wine = "/home/ann/.wine/drive_c/users/ann/AppData/Roaming/KV Scribex";
+    EXPECT_EQ(folder(), "/home/ann/.config/KV Scribex");
+    EXPECT_EQ(asked, std::vector<AnsiString>{wine});
+    env["XDG_CONFIG_HOME"] = "/cfg/";
+    EXPECT_EQ(folder(), "/cfg/KV Scribex");
+    wineExists = true;
+    EXPECT_EQ(folder(), wine);
+    env["LEXSMITH_APPDATA"] = ""; // empty counts as unset
+    EXPECT_EQ(folder(), wine);
+    env["LEXSMITH_APPDATA"] = "/own/place/";
+    EXPECT_EQ(folder(), "/own/place");
+
+    asked.clear(); // without a user name no Wine folder is tried
+    env = {{"HOME", "/home/bob"}};
+    EXPECT_EQ(folder(), "/home/bob/.config/KV Scribex");
+    EXPECT_TRUE(asked.empty());
+}
+#endif
+
+TEST(ScribexSettingsTest, ReadsOnlyTheCustomizeSection) {
+    const fs::path file = fs::temp_directory_path() / "lexsmith-scribex-settings.ini";
+    fs::remove(file);
+    const TScribexSettings missing = ReadScribexSettings(file.string());
+    EXPECT_FALSE(missing.SkinEnabled || missing.DontSkinCaption || !missing.Skin.empty());
+
+    struct Case {
+        const char* Text;
+        bool Enabled, NoCaption;
+        const char* Skin;
+    };
+    for (const Case& c : {
+             Case{"[customize]\r\nskinenabled=1\r\nDONTSKINCAPTION = 1\r\nsKiN=Dark.skn\r\n", true,
+                  true, "Dark.skn"},
+             Case{"[Customize]\nSkinEnabled=0\nDontSkinCaption=1\n", false, true, ""},
+             Case{"[Customize]\nSkinEnabled=yes\nDontSkinCaption=on\n", false, false, ""},
+             Case{"[Window]\nSkinEnabled=1\nSkin=a\n[Customize]\nDontSkinCaption=1\n[X]\nSkin=b\n",
+                  false, true, ""},
+             Case{"SkinEnabled=1\n", false, false, ""},
+         }) {
+        std::ofstream(file, std::ios::binary) << c.Text;
+        const TScribexSettings s = ReadScribexSettings(file.string());
+        EXPECT_EQ(s.SkinEnabled, c.Enabled) << c.Text;
+        EXPECT_EQ(s.DontSkinCaption, c.NoCaption) << c.Text;
+        EXPECT_EQ(s.Skin, c.Skin) << c.Text;
+    }
+    fs::remove(file);
+}
+
+TEST(ScribexSettingsTest, ChooseSkinTable) {
+    const AnsiString appData = LEXSMITH_EXAMPLES "/appdata";
+    const AnsiString skins = appData + PathDelim + "skins" + PathDelim;
+    const char* dark = "Lexsmith Dark.skn";
+    ASSERT_TRUE(FileExists(skins + dark));
+    const TSkinControls allBelowMenu = SkinControlBit(xcMainMenu) - 1;
+
+    struct Case {
+        bool Enabled, NoCaption;
+        const char* Skin;
+        std::size_t Controls;
+        bool Active;
+    };
+    for (const Case& c :
+         {Case{true, true, dark, 14, true}, Case{true, false, dark, 15, true},
+          Case{false, false, dark, 0, false}, Case{false, true, dark, 0, false},
+          Case{true, false, "Missing.skn", 15, false}, Case{true, true, "", 14, false}}) {
+        const TSkinChoice choice = ChooseSkin({c.Enabled, c.NoCaption, c.Skin}, appData);
+        EXPECT_EQ(std::bitset<32>(choice.SkinControls).count(), c.Controls) << c.Skin;
+        if (c.Enabled) {
+            EXPECT_EQ(choice.SkinControls & allBelowMenu, allBelowMenu) << c.Skin;
+        }
+        EXPECT_EQ((choice.SkinControls & SkinControlBit(xcMainMenu)) != 0, c.Controls == 15);
+        EXPECT_EQ(choice.SkinFile, skins + c.Skin);
+        EXPECT_EQ(choice.Active, c.Active) << c.Skin;
+    }
+    // No skin named: the path is the skins folder itself, which is no skin file.
+    EXPECT_TRUE(fs::is_directory(ChooseSkin({true, false, ""}, appData).SkinFile));
+}
+
+} // namespace
