@@ -57,12 +57,11 @@ constexpr int RecordRows = 6;     // its rows in the tree: the values and a sepa
 constexpr int TagText = sftText;  // row Tag: a text value
 constexpr int TagYesNo = sftEnum; // row Tag: a Yes/No value
 
-const std::array<const char16_t*, RecordSize> BlockLabels = {u"BlockName", u"BlockOnLine",
-                                                             u"BlockAsString", u"BlockStart",
-                                                             u"BlockEnd"};
+const std::array<const char16_t*, RecordSize> BlockLabels = {
+    u"BlockName", u"BlockOnLine", u"BlockAsString", u"BlockStart", u"BlockEnd"};
 const std::array<int, RecordSize> BlockTags = {TagText, TagYesNo, TagYesNo, TagText, TagText};
-const std::array<const char16_t*, RecordSize> FoldLabels = {
-    u"Fold_Id", u"Fold_Begin", u"Fold_End", u"Fold_Section", u"Fold_NoParentOfId"};
+const std::array<const char16_t*, RecordSize> FoldLabels = {u"Fold_Id", u"Fold_Begin", u"Fold_End",
+                                                            u"Fold_Section", u"Fold_NoParentOfId"};
 const std::array<int, RecordSize> FoldTags = {TagText, TagText, TagText, TagText, TagYesNo};
 
 // The side panel: where each band and label stands.
@@ -79,15 +78,16 @@ struct TSideLabel {
     int Top;
     const char* Text;
 };
-const std::array<TSideLabel, TSynForm::SectionCount> SideLabels = {{{49, "Options"},
-                                                                    {99, "Keywords"},
-                                                                    {123, "Tags"},
-                                                                    {172, "User menu (Ctrl + Space)"},
-                                                                    {196, "Class completion"},
-                                                                    {220, "Tag completion"},
-                                                                    {271, "Hints"},
-                                                                    {322, "Syntax sample"},
-                                                                    {346, "Author information"}}};
+const std::array<TSideLabel, TSynForm::SectionCount> SideLabels = {
+    {{49, "Options"},
+     {99, "Keywords"},
+     {123, "Tags"},
+     {172, "User menu (Ctrl + Space)"},
+     {196, "Class completion"},
+     {220, "Tag completion"},
+     {271, "Hints"},
+     {322, "Syntax sample"},
+     {346, "Author information"}}};
 constexpr int SidePanelWidth = 177;
 constexpr int BottomBandHeight = 32;
 
@@ -109,8 +109,8 @@ TFont Tahoma(int Height, TFontStyles Style = 0, TColor Color = clWindowText) {
 // The file name without its folder.
 QString ExtractFileName(const AnsiString& FileName) {
     const std::size_t slash = FileName.find_last_of(PathDelim);
-    return QFile::decodeName(
-        QByteArray::fromStdString(slash == AnsiString::npos ? FileName : FileName.substr(slash + 1)));
+    return QFile::decodeName(QByteArray::fromStdString(
+        slash == AnsiString::npos ? FileName : FileName.substr(slash + 1)));
 }
 
 void SetupTree(TWgTree& Tree, bool FullRowSelect) {
@@ -228,7 +228,8 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     WgPanel1->SetCaption(u"Options");
     // The menu lists, the kind bitmaps and the hint list came with Pages.
     Options = std::make_unique<TWgWideStringList>();
-    for (int i = 0; i < StartOptionCount; ++i) Options->Add(WideString());
+    for (int i = 0; i < StartOptionCount; ++i)
+        Options->Add(WideString());
     Blocks = std::make_unique<TWgWideStringList>();
     Folds = std::make_unique<TWgWideStringList>();
     Header = std::make_unique<TWgWideStringList>();
@@ -244,7 +245,8 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     SaveDialog.InitialDir = syntaxFolder;
     // 9. Every options row gets its value cell.
     TWgTreeItems& rows = WgTree1->Tree().Items();
-    for (int i = 0; i < rows.Count(); ++i) rows.Item(i)->ColumnText().Add(WideString());
+    for (int i = 0; i < rows.Count(); ++i)
+        rows.Item(i)->ColumnText().Add(WideString());
     WgTree2->Tree().Items().Clear();
     // 10. and 11.
     const AnsiString appData = AppDataFolder();
@@ -505,7 +507,8 @@ void TSynForm::ApplySkinPalette() {
     TPaletteTargets targets;
     targets.Form = this;
     targets.Panel1 = Panel1;
-    for (std::size_t i = 0; i < Toolbars.size(); ++i) targets.Toolbars[i] = Toolbars[i];
+    for (std::size_t i = 0; i < Toolbars.size(); ++i)
+        targets.Toolbars[i] = Toolbars[i];
     targets.MenuBar = WgMenuBar1;
     targets.panHead = panHead;
     targets.panBottom = panBottom;
@@ -536,14 +539,17 @@ void TSynForm::ResetDocument() {
     Pages.CreateLists();
     SaveDialog.FileName.clear();
     Options = std::make_unique<TWgWideStringList>();
-    for (int i = 0; i < DocumentOptionCount; ++i) Options->Add(WideString());
+    for (int i = 0; i < DocumentOptionCount; ++i)
+        Options->Add(WideString());
     Blocks = std::make_unique<TWgWideStringList>();
     Folds = std::make_unique<TWgWideStringList>();
     Header = std::make_unique<TWgWideStringList>();
     Pages.InfoMemo->Lines().Clear();
     TWgTreeItems& rows = WgTree1->Tree().Items();
-    for (int i = 0; i < rows.Count(); ++i) rows.Item(i)->ColumnText().Clear();
-    for (int i = 0; i < rows.Count(); ++i) rows.Item(i)->ColumnText().Add(WideString());
+    for (int i = 0; i < rows.Count(); ++i)
+        rows.Item(i)->ColumnText().Clear();
+    for (int i = 0; i < rows.Count(); ++i)
+        rows.Item(i)->ColumnText().Add(WideString());
     WgTree2->Tree().Items().Clear();
     WgTreeFold->Tree().Items().Clear();
     Pages.ClearListPages();
@@ -600,14 +606,17 @@ void TSynForm::FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool Bl
 
 void TSynForm::SaveDocument(const AnsiString& FileName) {
     Header->Clear();
-    for (const WideString& line : Pages.InfoMemo->Lines().ToVector()) Header->Add(line);
+    for (const WideString& line : Pages.InfoMemo->Lines().ToVector())
+        Header->Add(line);
     Options->Clear();
     TWgTreeItems& rows = WgTree1->Tree().Items();
-    for (int i = 0; i < rows.Count(); ++i) Options->Add(rows.Item(i)->ColumnTextAt(0));
+    for (int i = 0; i < rows.Count(); ++i)
+        Options->Add(rows.Item(i)->ColumnTextAt(0));
     HarvestRecords(*WgTree2, *Blocks);
     HarvestRecords(*WgTreeFold, *Folds);
     Sample->Clear();
-    for (const WideString& line : Pages.SampleMemo->Lines().ToVector()) Sample->Add(line);
+    for (const WideString& line : Pages.SampleMemo->Lines().ToVector())
+        Sample->Add(line);
     KVSyntax.SaveSyntaxFile(*Header, *Options, *Blocks, *Folds, *Pages.AutoHint, *Sample,
                             *Pages.Keywords, *Pages.Tags, *Pages.AutoComplete, *Pages.TagComplete,
                             *Pages.UserMenu, FileName);
@@ -755,13 +764,15 @@ void TSynForm::BtnBlockAddClick() {
     // Every row, old ones and separators too, gains a column text; only
     // entry 0 is ever read, and this is how the new rows get their cells.
     TWgTreeItems& rows = WgTree2->Tree().Items();
-    for (int i = 0; i < rows.Count(); ++i) rows.Item(i)->ColumnText().Add(WideString());
+    for (int i = 0; i < rows.Count(); ++i)
+        rows.Item(i)->ColumnText().Add(WideString());
 }
 
 void TSynForm::BtnFoldAddClick() {
     AddFoldRows(1);
     TWgTreeItems& rows = WgTreeFold->Tree().Items();
-    for (int i = 0; i < rows.Count(); ++i) rows.Item(i)->ColumnText().Add(WideString());
+    for (int i = 0; i < rows.Count(); ++i)
+        rows.Item(i)->ColumnText().Add(WideString());
 }
 
 void TSynForm::DeleteLastRecord(TWgTree& Tree) {
@@ -835,14 +846,19 @@ bool TSynForm::eventFilter(QObject* Watched, QEvent* Event) {
         QLabel* label = SectionLabels[std::size_t(i)];
         if (Watched != label) continue;
         switch (Event->type()) {
-        case QEvent::Enter: LabelMouseEnter(label); break;
-        case QEvent::Leave: LabelMouseLeave(label); break;
+        case QEvent::Enter:
+            LabelMouseEnter(label);
+            break;
+        case QEvent::Leave:
+            LabelMouseLeave(label);
+            break;
         case QEvent::MouseButtonRelease:
             if (static_cast<QMouseEvent*>(Event)->button() == Qt::LeftButton &&
                 label->rect().contains(static_cast<QMouseEvent*>(Event)->position().toPoint()))
                 SelectSection(i);
             break;
-        default: break;
+        default:
+            break;
         }
     }
     return QWidget::eventFilter(Watched, Event);
