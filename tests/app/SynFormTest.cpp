@@ -23,6 +23,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -425,6 +426,63 @@ TEST_F(SynFormTest, AFileThatCannotBeReadLeavesAFreshDocument) {
         EXPECT_TRUE(Cell(Form->WgTree1, 0).empty());
         EXPECT_EQ(Form->Pages.Keywords->MenuCount(), 0);
     }
+}
+
+} // namespace
+
+namespace {
+
+// The keys of the File menu and of the sections work wherever the focus is.
+TEST_F(SynFormTest, KeyboardReachesTheFileCommandsAndTheSections) {
+    const AnsiString file = Example("lua.syx");
+    Form->show();
+    QApplication::setActiveWindow(Form.get());
+    Form->OpenFromCommandLine(file);
+    Form->SelectSection(7);
+    Form->Pages.SampleMemo->setFocus();
+    QApplication::processEvents();
+
+    QTest::keyClick(Form->Pages.SampleMemo, Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(Form->Pages.CurrentSection, 1);
+    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 1);
+
+    Form->MarkModified();
+    Dialogs.MessageAnswers = {IDYES}; // save the change, then start anew
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_N, Qt::ControlModifier);
+    ASSERT_EQ(Dialogs.Messages.size(), 1u);
+    EXPECT_EQ(Form->StatusText(0), "*New.syx");
+    EXPECT_TRUE(Form->SaveDialog.FileName.empty());
+
+    // Save on the fresh document asks for a name.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(Dialogs.FileDialogs.size(), 1u);
+}
+
+// A label of the side panel turns blue and underlined under the pointer,
+// with the hand cursor, and a click on it selects its section.
+TEST_F(SynFormTest, SidePanelLabelsTrackThePointerAndSelectOnClick) {
+    Form->show();
+    QLabel* hints = Form->SectionLabels[6];
+    QLabel* sample = Form->SectionLabels[7];
+    QEvent enter(QEvent::Enter), leave(QEvent::Leave);
+    QApplication::sendEvent(hints, &enter);
+    EXPECT_EQ(hints->palette().color(QPalette::WindowText), QColor(0, 0, 0xFF));
+    EXPECT_TRUE(hints->font().underline());
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::PointingHandCursor);
+    // Straight over to the next label: leave comes first and restores.
+    QApplication::sendEvent(hints, &leave);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    QApplication::sendEvent(sample, &enter);
+    EXPECT_EQ(hints->palette().color(QPalette::WindowText), QColor(Qt::black));
+    EXPECT_FALSE(hints->font().underline());
+    QApplication::sendEvent(sample, &leave);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+
+    QTest::mouseClick(hints, Qt::LeftButton);
+    EXPECT_EQ(Form->Pages.CurrentSection, 6);
+    EXPECT_EQ(Form->WgPanel1->Caption(), u"Hints");
+    EXPECT_EQ(Form->WgPageControl1->ActivePage(), 2);
 }
 
 } // namespace
