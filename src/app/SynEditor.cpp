@@ -222,7 +222,7 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     CreateStatusBar();
     form->addWidget(StatusBar1);
 
-    // 1. to 5.
+    // The document's containers as the start leaves them.
     SaveEncoding = 2;
     Pages.CurrentSection = 0;
     WgPanel1->SetCaption(u"Options");
@@ -234,25 +234,27 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     Folds = std::make_unique<TWgWideStringList>();
     Header = std::make_unique<TWgWideStringList>();
     Sample = std::make_unique<TWgWideStringList>();
-    // 6. The fold tree's combo keeps an empty list: its value is typed.
+    // The Yes/No editors. The fold tree's combo keeps an empty list: its
+    // value is typed.
     for (TWgTreeInplaceComboBox* combo : {WgTreeInplaceComboBox1, WgTreeInplaceComboBox2})
         combo->Editor()->addItems({QStringLiteral("Yes"), QStringLiteral("No")});
-    // 7. and 8.
+    // An empty sample, the options page in view, the file dialogs in the
+    // companion editor's syntax folder.
     Pages.SampleMemo->Lines().Clear();
     WgPageControl1->SetActivePage(0);
     const AnsiString syntaxFolder = AppDataFolder() + PathDelim + "syntax" + PathDelim;
     OpenDialog.InitialDir = syntaxFolder;
     SaveDialog.InitialDir = syntaxFolder;
-    // 9. Every options row gets its value cell.
+    // Every options row gets its value cell; the block tree starts empty.
     TWgTreeItems& rows = WgTree1->Tree().Items();
     for (int i = 0; i < rows.Count(); ++i)
         rows.Item(i)->ColumnText().Add(WideString());
     WgTree2->Tree().Items().Clear();
-    // 10. and 11.
+    // The companion editor's skin choice, and the window's colours.
     const AnsiString appData = AppDataFolder();
     SkinChoice = ChooseSkin(ReadScribexSettings(appData + PathDelim + "Scribex.ini"), appData);
     ApplySkinPalette();
-    // 12.
+    // A new document.
     Modified = false;
     SetStatus(0, NewDocumentCaption);
     SetStatus(1, QString());
@@ -377,11 +379,8 @@ void TSynForm::CreateOptionsPage() {
     WgTree1->setObjectName(QStringLiteral("WgTree1"));
     PlainColumn(PlusTabSheet1)->addWidget(WgTree1);
     WgTree1->OnTryEdit = [this](TWgTree&, TWgTreeItem* Item, int SectionIndex,
-                                TWgFieldType& CellType, bool&) {
-        int type = CellType;
-        TryEdit(Item, SectionIndex, type);
-        CellType = TWgFieldType(type);
-    };
+                                TWgFieldType& CellType,
+                                bool&) { TryEdit(Item, SectionIndex, CellType); };
     WgTreeInplaceEdit1 = MakeEditor<TWgTreeInplaceEdit>(this, WgTree1, sftText);
     WgTreeInplaceComboBox1 = MakeEditor<TWgTreeInplaceComboBox>(this, WgTree1, sftEnum);
     WgTreeInplaceComboBox1->DefaultValueAsText = u"No";
@@ -407,12 +406,7 @@ void TSynForm::CreateBlockPage() {
         }
         buttons->addStretch(1);
         row->addLayout(buttons);
-        Tree->OnTryEdit = [this](TWgTree&, TWgTreeItem* Item, int SectionIndex,
-                                 TWgFieldType& CellType, bool&) {
-            int type = CellType;
-            TryEdit(Item, SectionIndex, type);
-            CellType = TWgFieldType(type);
-        };
+        Tree->OnTryEdit = WgTree1->OnTryEdit; // one handler for the three trees
     };
     panel(Panel1, WgTree2, "WgTree2", BtnBlockAdd, BtnBlockDelete);
     panel(Panel2, WgTreeFold, "WgTreeFold", BtnFoldAdd, BtnFoldDelete);
@@ -795,7 +789,7 @@ void TSynForm::BtnFoldDeleteClick() {
     DeleteLastRecord(*WgTreeFold);
 }
 
-void TSynForm::TryEdit(TWgTreeItem* Item, int SectionIndex, int& CellType) {
+void TSynForm::TryEdit(TWgTreeItem* Item, int SectionIndex, TWgFieldType& CellType) {
     // Opening an editor marks the document, whatever the edit then does:
     // this is the only change tracking of the three trees.
     if (SectionIndex == 1 && Item->Tag() == TagYesNo)

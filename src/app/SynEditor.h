@@ -14,6 +14,7 @@
 #include "controls/WgMenu.h"
 #include "document/KVSyntax.h"
 #include "settings/ScribexSettings.h"
+#include "tree/WgTypes.h"
 
 #include <QStringList>
 #include <QWidget>
@@ -151,7 +152,7 @@ private:
     bool FormClose();
     void SetStatus(int Panel, const QString& Text);
     // The shared TryEdit handler of the three trees.
-    void TryEdit(TWgTreeItem* Item, int SectionIndex, int& CellType);
+    void TryEdit(TWgTreeItem* Item, int SectionIndex, TWgFieldType& CellType);
     void AddRecordRows(TWgTree& Tree, int Count, const std::array<const char16_t*, 5>& Labels,
                        const std::array<int, 5>& Tags);
     void DeleteLastRecord(TWgTree& Tree);
