@@ -3,7 +3,8 @@
 // open; there are no switches.
 //
 // LEXSMITH_SCREENSHOT=FILE.png makes the program write a picture of the
-// main window, once it has been painted with the files opened, and quit:
+// main window as soon as it has been painted with the files opened, and
+// quit:
 // the demo run uses it on machines without a display.
 
 #include "app/AddKeywordsDialog.h"
@@ -19,6 +20,31 @@
 
 #include <cstdio>
 #include <exception>
+#include <functional>
+
+namespace {
+
+// Calls Action once, from the event loop, after the first paint of the
+// widget it watches.
+class TFirstPaintWatch : public QObject {
+public:
+    TFirstPaintWatch(QObject* Parent, std::function<void()> Action)
+        : QObject(Parent), FAction(std::move(Action)) {}
+
+protected:
+    bool eventFilter(QObject* Watched, QEvent* Event) override {
+        if (Event->type() == QEvent::Paint && FAction) {
+            QTimer::singleShot(0, this, std::move(FAction));
+            FAction = nullptr;
+        }
+        return QObject::eventFilter(Watched, Event);
+    }
+
+private:
+    std::function<void()> FAction;
+};
+
+} // namespace
 
 int main(int argc, char** argv) {
     TApplication app(argc, argv);
@@ -43,9 +69,9 @@ int main(int argc, char** argv) {
     synForm->SetForms(syntaxAbout, userMenuForm, addForm);
 
     const QString screenshot = qEnvironmentVariable("LEXSMITH_SCREENSHOT");
-    synForm->show();
     if (!screenshot.isEmpty()) {
-        QTimer::singleShot(200, synForm.get(), [&] {
+        // The picture is taken as soon as the window has been painted once.
+        auto* watch = new TFirstPaintWatch(synForm.get(), [&] {
             const bool saved = synForm->grab().save(screenshot, "PNG");
             if (saved)
                 std::printf("lexsmith: picture of the main window written to %s\n",
@@ -55,7 +81,9 @@ int main(int argc, char** argv) {
             synForm->Modified = false; // nothing to ask on the way out
             app.exit(saved ? 0 : 1);
         });
+        synForm->installEventFilter(watch);
     }
+    synForm->show();
     const int result = app.exec();
     UnloadHtmlHelp();
     SetDialogs(nullptr);
