@@ -816,7 +816,11 @@ void TSynForm::LabelMouseEnter(QLabel* Label) {
     QFont font = Label->font();
     font.setUnderline(true);
     Label->setFont(font);
-    QApplication::setOverrideCursor(Qt::PointingHandCursor);
+    // One saved cursor serves all labels: the pointer is over one at a time.
+    if (FCursorSaved)
+        QApplication::changeOverrideCursor(Qt::PointingHandCursor);
+    else
+        QApplication::setOverrideCursor(Qt::PointingHandCursor);
     FCursorSaved = true;
 }
 
