@@ -91,12 +91,6 @@ const std::array<TSideLabel, TSynForm::SectionCount> SideLabels = {
 constexpr int SidePanelWidth = 177;
 constexpr int BottomBandHeight = 32;
 
-TDialogs& Dlg() {
-    if (TDialogs* dialogs = Dialogs()) return *dialogs;
-    static TQtDialogs fallback;
-    return fallback;
-}
-
 TFont Tahoma(int Height, TFontStyles Style = 0, TColor Color = clWindowText) {
     TFont font;
     font.Name = u"Tahoma";
@@ -242,7 +236,8 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     // companion editor's syntax folder.
     Pages.SampleMemo->Lines().Clear();
     WgPageControl1->SetActivePage(0);
-    const AnsiString syntaxFolder = AppDataFolder() + PathDelim + "syntax" + PathDelim;
+    const AnsiString appData = AppDataFolder();
+    const AnsiString syntaxFolder = appData + PathDelim + "syntax" + PathDelim;
     OpenDialog.InitialDir = syntaxFolder;
     SaveDialog.InitialDir = syntaxFolder;
     // Every options row gets its value cell; the block tree starts empty.
@@ -251,7 +246,6 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
         rows.Item(i)->ColumnText().Add(WideString());
     WgTree2->Tree().Items().Clear();
     // The companion editor's skin choice, and the window's colours.
-    const AnsiString appData = AppDataFolder();
     SkinChoice = ChooseSkin(ReadScribexSettings(appData + PathDelim + "Scribex.ini"), appData);
     ApplySkinPalette();
     // A new document.
@@ -630,12 +624,13 @@ bool TSynForm::QuerySave() {
     // The answer alone decides: Yes and then a cancelled Save As still lets
     // the caller go on, and the changes are dropped.
     if (Modified && !SaveDialog.FileName.empty()) {
-        const int answer = Dlg().MessageBox(PromptChanged, PromptCaption, MB_YESNOCANCEL);
+        const int answer =
+            InstalledDialogs().MessageBox(PromptChanged, PromptCaption, MB_YESNOCANCEL);
         if (answer == IDYES) FileSaveClick();
         return answer != IDCANCEL;
     }
     if (!Modified) return true;
-    const int answer = Dlg().MessageBox(PromptNotSaved, PromptCaption, MB_YESNOCANCEL);
+    const int answer = InstalledDialogs().MessageBox(PromptNotSaved, PromptCaption, MB_YESNOCANCEL);
     if (answer == IDYES) FileSaveAsClick();
     return answer != IDCANCEL;
 }
@@ -650,7 +645,7 @@ void TSynForm::FileOpenClick() {
     if (!QuerySave()) return;
     OpenDialog.Filter = u"Syntax Files|*.syx";
     OpenDialog.DefaultExt = u"syx";
-    if (!Dlg().OpenDialog(OpenDialog)) return;
+    if (!InstalledDialogs().OpenDialog(OpenDialog)) return;
     if (!SaveDialog.FileName.empty()) ResetDocument();
     OpenDocument(OpenDialog.FileName);
     SaveDialog.FileName = OpenDialog.FileName;
@@ -671,7 +666,7 @@ void TSynForm::FileSaveAsClick() {
     SaveDialog.DefaultExt = u"syx";
     SaveDialog.OverwritePrompt = true;
     SaveDialog.FilterIndex = encoding(SaveEncoding);
-    if (!Dlg().SaveDialog(SaveDialog)) return;
+    if (!InstalledDialogs().SaveDialog(SaveDialog)) return;
     SaveEncoding = std::uint8_t(encoding(SaveDialog.FilterIndex));
     SaveDocument(SaveDialog.FileName);
 }
@@ -753,20 +748,24 @@ void TSynForm::AddFoldRows(int Count) {
     AddRecordRows(*WgTreeFold, Count, FoldLabels, FoldTags);
 }
 
-void TSynForm::BtnBlockAddClick() {
-    AddBlockRows(1);
+void TSynForm::AddRecordWithCells(TWgTree& Tree) {
+    if (&Tree == WgTree2)
+        AddBlockRows(1);
+    else
+        AddFoldRows(1);
     // Every row, old ones and separators too, gains a column text; only
     // entry 0 is ever read, and this is how the new rows get their cells.
-    TWgTreeItems& rows = WgTree2->Tree().Items();
+    TWgTreeItems& rows = Tree.Tree().Items();
     for (int i = 0; i < rows.Count(); ++i)
         rows.Item(i)->ColumnText().Add(WideString());
 }
 
+void TSynForm::BtnBlockAddClick() {
+    AddRecordWithCells(*WgTree2);
+}
+
 void TSynForm::BtnFoldAddClick() {
-    AddFoldRows(1);
-    TWgTreeItems& rows = WgTreeFold->Tree().Items();
-    for (int i = 0; i < rows.Count(); ++i)
-        rows.Item(i)->ColumnText().Add(WideString());
+    AddRecordWithCells(*WgTreeFold);
 }
 
 void TSynForm::DeleteLastRecord(TWgTree& Tree) {

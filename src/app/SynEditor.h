@@ -155,6 +155,8 @@ private:
     void TryEdit(TWgTreeItem* Item, int SectionIndex, TWgFieldType& CellType);
     void AddRecordRows(TWgTree& Tree, int Count, const std::array<const char16_t*, 5>& Labels,
                        const std::array<int, 5>& Tags);
+    // Add on the block or fold tree: one record, and a further column text on every row.
+    void AddRecordWithCells(TWgTree& Tree);
     void DeleteLastRecord(TWgTree& Tree);
     void FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool Blocks);
     void HarvestRecords(TWgTree& Tree, TWgWideStringList& List);

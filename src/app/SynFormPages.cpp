@@ -22,14 +22,8 @@ namespace {
 // The user menu is the one menu of this literal name.
 const WideString UserMenuName = u"0";
 
-TDialogs& Dlg() {
-    if (TDialogs* dialogs = Dialogs()) return *dialogs;
-    static TQtDialogs fallback;
-    return fallback;
-}
-
 bool AskRemove(const WideString& Text) {
-    return Dlg().MessageBox(Text, u"Remove", MB_YESNO) == IDYES;
+    return InstalledDialogs().MessageBox(Text, u"Remove", MB_YESNO) == IDYES;
 }
 
 QFont TahomaFont() {
@@ -350,7 +344,8 @@ void TSynFormPages::lbMenuClick() {
 }
 
 void TSynFormPages::MenuAddClick() {
-    const WideString name = AnsiToWide(Dlg().InputBox(u"Add", u"Enter a name", AnsiString()));
+    const WideString name =
+        AnsiToWide(InstalledDialogs().InputBox(u"Add", u"Enter a name", AnsiString()));
     if (name.empty()) return;
     TMenuList* list = CurrentMenuList();
     if (!list) return;
@@ -367,8 +362,8 @@ void TSynFormPages::MenuRenameClick() {
     const WideString oldName = lbMenu->Items().Strings(lbMenu->ItemIndex());
     // The name goes through the narrow input box: characters outside the
     // code page change on the way, and a plain OK then counts as a rename.
-    const WideString newName =
-        AnsiToWide(Dlg().InputBox(u"Rename", u"Enter a new name", WideToAnsi(oldName)));
+    const WideString newName = AnsiToWide(
+        InstalledDialogs().InputBox(u"Rename", u"Enter a new name", WideToAnsi(oldName)));
     if (newName == oldName) return; // an empty name is accepted
     TMenuList* list = CurrentMenuList();
     if (!list) return;
@@ -495,8 +490,8 @@ void TSynFormPages::MenuItemEditClick() {
     if (CurrentSection >= 3 && CurrentSection <= 5) {
         if (!EditKindItem(*list, menu, oldName)) return;
     } else {
-        const WideString newName =
-            AnsiToWide(Dlg().InputBox(u"Rename", u"Rename the item", WideToAnsi(oldName)));
+        const WideString newName = AnsiToWide(
+            InstalledDialogs().InputBox(u"Rename", u"Rename the item", WideToAnsi(oldName)));
         if (newName == oldName) return;
         list->SetItemName(menu, list->IndexOfItem(menu, oldName), newName);
     }

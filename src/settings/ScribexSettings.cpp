@@ -1,70 +1,10 @@
 #include "settings/ScribexSettings.h"
 
+#include "skin/quickini.h"
+
 #include <filesystem>
 #include <fstream>
-
-namespace {
-
-bool SameText(std::string_view A, std::string_view B) {
-    if (A.size() != B.size()) return false;
-    for (std::size_t i = 0; i < A.size(); ++i) {
-        unsigned char a = static_cast<unsigned char>(A[i]), b = static_cast<unsigned char>(B[i]);
-        if (a >= 'a' && a <= 'z') a = static_cast<unsigned char>(a - 32);
-        if (b >= 'a' && b <= 'z') b = static_cast<unsigned char>(b - 32);
-        if (a != b) return false;
-    }
-    return true;
-}
-
-std::string_view TrimBlanks(std::string_view S) {
-    while (!S.empty() && (S.front() == ' ' || S.front() == '\t'))
-        S.remove_prefix(1);
-    while (!S.empty() && (S.back() == ' ' || S.back() == '\t' || S.back() == '\r'))
-        S.remove_suffix(1);
-    return S;
-}
-
-// An integer as the settings file writes it: decimal with an optional sign,
-// or hexadecimal after "$" or "0x". False when the text is no integer.
-bool ParseInteger(std::string_view S, long long& Value) {
-    bool negative = false;
-    if (!S.empty() && (S.front() == '-' || S.front() == '+')) {
-        negative = S.front() == '-';
-        S.remove_prefix(1);
-    }
-    int base = 10;
-    if (!S.empty() && S.front() == '$') {
-        base = 16;
-        S.remove_prefix(1);
-    } else if (S.size() > 2 && S[0] == '0' && (S[1] == 'x' || S[1] == 'X')) {
-        base = 16;
-        S.remove_prefix(2);
-    }
-    if (S.empty()) return false;
-    long long v = 0;
-    for (char c : S) {
-        int d;
-        if (c >= '0' && c <= '9')
-            d = c - '0';
-        else if (base == 16 && c >= 'a' && c <= 'f')
-            d = c - 'a' + 10;
-        else if (base == 16 && c >= 'A' && c <= 'F')
-            d = c - 'A' + 10;
-        else
-            return false;
-        v = v * base + d;
-        if (v > 0xFFFFFFFFLL) return false;
-    }
-    Value = negative ? -v : v;
-    return true;
-}
-
-bool ReadBool(const std::string& Text, bool Default) {
-    long long value = 0;
-    return ParseInteger(TrimBlanks(Text), value) ? value != 0 : Default;
-}
-
-} // namespace
+#include <iterator>
 
 AnsiString AppDataFolderFrom(const TEnvLookup& Env, const TDirExists& DirExists) {
     auto env = [&](const char* Name) -> AnsiString {
@@ -98,41 +38,18 @@ TScribexSettings ReadScribexSettings(const AnsiString& FileName) {
     TScribexSettings settings;
     std::ifstream file(FileName, std::ios::binary);
     if (!file) return settings;
-    bool inSection = false;
-    std::string line;
-    // The first occurrence of a key counts, as the classic reader finds it.
-    bool seenEnabled = false, seenCaption = false, seenSkin = false;
-    while (std::getline(file, line)) {
-        std::string_view text = TrimBlanks(line);
-        if (text.size() >= 3 && static_cast<unsigned char>(text[0]) == 0xEF &&
-            static_cast<unsigned char>(text[1]) == 0xBB &&
-            static_cast<unsigned char>(text[2]) == 0xBF)
-            text.remove_prefix(3);
-        if (text.empty() || text.front() == ';') continue;
-        if (text.front() == '[') {
-            const std::size_t close = text.find(']');
-            inSection = close != std::string_view::npos &&
-                        SameText(TrimBlanks(text.substr(1, close - 1)), "Customize");
-            continue;
-        }
-        const std::size_t eq = text.find('=');
-        if (!inSection || eq == std::string_view::npos) continue;
-        const std::string_view key = TrimBlanks(text.substr(0, eq));
-        std::string_view value = TrimBlanks(text.substr(eq + 1));
-        if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
-            value.back() == value.front())
-            value = value.substr(1, value.size() - 2);
-        if (SameText(key, "SkinEnabled") && !seenEnabled) {
-            seenEnabled = true;
-            settings.SkinEnabled = ReadBool(std::string(value), false);
-        } else if (SameText(key, "DontSkinCaption") && !seenCaption) {
-            seenCaption = true;
-            settings.DontSkinCaption = ReadBool(std::string(value), false);
-        } else if (SameText(key, "Skin") && !seenSkin) {
-            seenSkin = true;
-            settings.Skin = AnsiString(value);
-        }
-    }
+    AnsiString text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3); // a UTF-8 mark
+    TQuickIni ini;
+    ini.LoadFromString(text);
+    // Booleans are integers, true when not 0; a value that is no integer reads as false.
+    settings.SkinEnabled = ini.ReadInteger("Customize", "SkinEnabled", 0) != 0;
+    settings.DontSkinCaption = ini.ReadInteger("Customize", "DontSkinCaption", 0) != 0;
+    AnsiString skin = ini.ReadString("Customize", "Skin", AnsiString());
+    if (skin.size() >= 2 && (skin.front() == '"' || skin.front() == '\'') &&
+        skin.back() == skin.front())
+        skin = skin.substr(1, skin.size() - 2);
+    settings.Skin = skin;
     return settings;
 }
 

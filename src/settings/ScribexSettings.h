@@ -32,9 +32,9 @@ struct TScribexSettings {
 };
 
 // Reads the settings file; a file that does not exist or cannot be read
-// gives the defaults. Section and key names match without regard to case;
-// a boolean is an integer, true when not 0, and a value that is no integer
-// leaves the default.
+// gives the defaults. Section and key names match without regard to case
+// and the first line of a key counts; a boolean is an integer, true when not
+// 0 (decimal or "$" hexadecimal), and a value that is no integer reads as false.
 TScribexSettings ReadScribexSettings(const AnsiString& FileName);
 
 // The classes of controls a skin paints.

@@ -113,3 +113,9 @@ bool TQtDialogs::OpenDialog(TFileDialogParams& Params) {
 bool TQtDialogs::SaveDialog(TFileDialogParams& Params) {
     return RunFileDialog(Parent, UseOwnFileDialogs, Params, true);
 }
+
+TDialogs& InstalledDialogs() {
+    if (TDialogs* dialogs = Dialogs()) return *dialogs;
+    static TQtDialogs fallback;
+    return fallback;
+}

@@ -24,3 +24,6 @@ public:
 
 // "Name|*.a|Other|*.b" as Qt's name filters "Name (*.a)", "Other (*.b)".
 QStringList ToQtNameFilters(const WideString& Filter);
+
+// The installed dialogs, or Qt's own when nobody installed any.
+TDialogs& InstalledDialogs();
