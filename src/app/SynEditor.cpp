@@ -221,12 +221,7 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     Pages.CurrentSection = 0;
     WgPanel1->SetCaption(u"Options");
     // The menu lists, the kind bitmaps and the hint list came with Pages.
-    Options = std::make_unique<TWgWideStringList>();
-    for (int i = 0; i < StartOptionCount; ++i)
-        Options->Add(WideString());
-    Blocks = std::make_unique<TWgWideStringList>();
-    Folds = std::make_unique<TWgWideStringList>();
-    Header = std::make_unique<TWgWideStringList>();
+    NewTransferLists(StartOptionCount);
     Sample = std::make_unique<TWgWideStringList>();
     // The Yes/No editors. The fold tree's combo keeps an empty list: its
     // value is typed.
@@ -522,16 +517,20 @@ void TSynForm::MarkModified() {
     SetStatus(1, QStringLiteral("Modified"));
 }
 
-void TSynForm::ResetDocument() {
-    // Sample is neither freed nor cleared here; SampleMemo is.
-    Pages.CreateLists();
-    SaveDialog.FileName.clear();
+void TSynForm::NewTransferLists(int OptionCount) {
     Options = std::make_unique<TWgWideStringList>();
-    for (int i = 0; i < DocumentOptionCount; ++i)
+    for (int i = 0; i < OptionCount; ++i)
         Options->Add(WideString());
     Blocks = std::make_unique<TWgWideStringList>();
     Folds = std::make_unique<TWgWideStringList>();
     Header = std::make_unique<TWgWideStringList>();
+}
+
+void TSynForm::ResetDocument() {
+    // Sample is neither freed nor cleared here; SampleMemo is.
+    Pages.CreateLists();
+    SaveDialog.FileName.clear();
+    NewTransferLists(DocumentOptionCount);
     Pages.InfoMemo->Lines().Clear();
     TWgTreeItems& rows = WgTree1->Tree().Items();
     for (int i = 0; i < rows.Count(); ++i)

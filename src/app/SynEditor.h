@@ -147,6 +147,8 @@ private:
     void CreateToolbars();
     void CreateStatusBar();
     void ApplySkinPalette();
+    // Fresh Options (OptionCount empty entries), Blocks, Folds and Header.
+    void NewTransferLists(int OptionCount);
     void ReadTreeForms();
     // The form's close event: true lets the window close and frees the document.
     bool FormClose();
