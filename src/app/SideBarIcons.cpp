@@ -2,6 +2,7 @@
 
 #include "app/about.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -42,7 +43,10 @@ void Lines(QPainter& P, int Left, int Top, int Count, const QColor& Color) {
 } // namespace
 
 QPixmap SideBarIcon(int Section) {
-    QPixmap icon(16, 16);
+    // Drawn at the screen's density, so the lines stay sharp there.
+    const qreal ratio = qApp->devicePixelRatio();
+    QPixmap icon(QSize(16, 16) * ratio);
+    icon.setDevicePixelRatio(ratio);
     icon.fill(Qt::transparent);
     QPainter p(&icon);
     switch (Section) {
@@ -107,7 +111,10 @@ QPixmap SideBarIcon(int Section) {
 }
 
 QIcon ApplicationIcon() {
-    const QPixmap picture = AboutPicture().copy(6, 6, 93, 77);
+    const QPixmap about = AboutPicture();
+    const qreal ratio = about.devicePixelRatio();
+    const QPixmap picture =
+        about.copy(QRectF(6 * ratio, 6 * ratio, 93 * ratio, 77 * ratio).toRect());
     QIcon icon;
     for (int size : {16, 32, 48})
         icon.addPixmap(picture.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation));

@@ -29,6 +29,7 @@
 #include <QFile>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -247,6 +248,10 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
     Modified = false;
     SetStatus(0, NewDocumentCaption);
     SetStatus(1, QString());
+
+    CreateKeyboard();
+    SetAccessibleNames();
+    SetMinimumWindowSize();
 }
 
 TSynForm::~TSynForm() {
@@ -474,11 +479,23 @@ void TSynForm::CreateToolbars() {
 
 void TSynForm::CreateStatusBar() {
     StatusBar1 = new QStatusBar(this);
+    // At least the classic widths, and wide enough for the longest word a
+    // panel shows in the font in use (fonts here are wider than those the
+    // widths were made for).
+    const std::array<int, 2> widths = {150, 50};
+    const std::array<QStringList, 2> words = {
+        QStringList{NewDocumentCaption},
+        QStringList{QStringLiteral("Modified"), QStringLiteral("Saved!")}};
     for (std::size_t i = 0; i < StatusPanels.size(); ++i) {
         auto* panel = new QLabel(StatusBar1);
-        panel->setFixedWidth(i == 0 ? 150 : 50);
         panel->setFrameShape(QFrame::Panel);
         panel->setFrameShadow(QFrame::Sunken);
+        const QFontMetrics metrics(panel->font());
+        int wanted = widths[i];
+        for (const QString& word : words[i])
+            wanted = std::max(wanted, metrics.horizontalAdvance(word) + 2 * panel->frameWidth() +
+                                          2 * metrics.averageCharWidth());
+        panel->setFixedWidth(wanted);
         StatusBar1->addWidget(panel);
         StatusPanels[i] = panel;
     }
@@ -706,6 +723,7 @@ void TSynForm::showEvent(QShowEvent* Event) {
     QWidget::showEvent(Event);
     if (FShown) return;
     FShown = true;
+    FitToScreen();
     FormShow();
 }
 
@@ -805,6 +823,31 @@ void TSynForm::SelectSection(int Section) {
     WgPanel1->SetCaption(view.Heading);
     WgPageControl1->SetActivePage(view.PageIndex);
     Pages.RefreshSection();
+    // Picked by key or by click, the section is there to be worked in.
+    if (QWidget* control = SectionControl(Section)) control->setFocus(Qt::ShortcutFocusReason);
+}
+
+QWidget* TSynForm::SectionControl(int Section) const {
+    switch (Section) {
+    case 0:
+        return PlusPageControl1->ActivePageIndex() == 1 ? WgTree2->ViewWidget()
+                                                        : WgTree1->ViewWidget();
+    case 1:
+    case 2:
+    case 4:
+    case 5:
+        return Pages.lbMenu;
+    case 3:
+        return Pages.lbUserMenu;
+    case 6:
+        return Pages.HintsEdit;
+    case 7:
+        return Pages.SampleMemo;
+    case 8:
+        return Pages.InfoMemo;
+    default:
+        return nullptr;
+    }
 }
 
 void TSynForm::LabelMouseEnter(QLabel* Label) {
@@ -834,6 +877,13 @@ void TSynForm::LabelMouseLeave(QLabel* Label) {
 }
 
 bool TSynForm::eventFilter(QObject* Watched, QEvent* Event) {
+    for (TWgTree* tree : {WgTree1, WgTree2, WgTreeFold}) {
+        if (!tree) continue;
+        if (Watched == tree->ViewWidget() && Event->type() == QEvent::KeyPress &&
+            TreeKey(*tree, *static_cast<QKeyEvent*>(Event)))
+            return true;
+        if (Watched == tree->ViewWidget() && Event->type() == QEvent::Resize) FitValueColumn(*tree);
+    }
     if (Watched == PlusPageControl1 && Event->type() == QEvent::Resize) FormResize();
     if (Watched == WgPanel2 && Event->type() == QEvent::Resize)
         panBottom->setGeometry(0, WgPanel2->height() - BottomBandHeight, SidePanelWidth,

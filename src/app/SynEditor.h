@@ -23,6 +23,7 @@
 #include <memory>
 
 class QFrame;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QStatusBar;
@@ -90,35 +91,43 @@ public:
     // ---- controls, top to bottom
     TWgImageList MainMenuImageList;
     TWgMainMenu WgMainMenu1;
-    TWgMenuItem *WgMenuItem2, *FileNew, *FileOpen, *FileSave, *FileSaveAs, *FileExit;
-    TWgMenuItem *WgMenuItem1, *HelpContent, *HelpAbout;
-    TWgMenuBar* WgMenuBar1;
-    TWgPanel* WgPanel2;
-    TWgPanel* panHead;
+    TWgMenuItem *WgMenuItem2 = nullptr, *FileNew = nullptr, *FileOpen = nullptr,
+                *FileSave = nullptr, *FileSaveAs = nullptr, *FileExit = nullptr;
+    TWgMenuItem *WgMenuItem1 = nullptr, *HelpContent = nullptr, *HelpAbout = nullptr;
+    TWgMenuBar* WgMenuBar1 = nullptr;
+    TWgPanel* WgPanel2 = nullptr;
+    TWgPanel* panHead = nullptr;
     std::array<TWgPanel*, 5> panSections{};
-    TWgPanel* panBottom;
+    TWgPanel* panBottom = nullptr;
     std::array<QLabel*, SectionCount> SectionLabels{}; // Label1 .. Label10 without Label5
     std::array<QLabel*, SectionCount> SectionImages{}; // Image1 .. Image9
-    TWgPanel* WgPanel1;
-    QFrame* Shape1;
-    TWgPageControl* WgPageControl1;
-    TWgTabSheet *TabOptions, *TabCodeMenu, *TabHints, *TabSample, *TabInfo, *TabUserMenu;
-    TPlusPageControl* PlusPageControl1;
-    TPlusTabSheet *PlusTabSheet1, *PlusTabSheet2;
-    TWgTree* WgTree1;
-    QWidget *Panel1, *Panel2;
-    TWgTree* WgTree2;
-    TWgTree* WgTreeFold;
-    QPushButton *BtnBlockAdd, *BtnBlockDelete, *BtnFoldAdd, *BtnFoldDelete;
-    TWgTreeInplaceEdit *WgTreeInplaceEdit1, *WgTreeInplaceEdit2, *WgTreeInplaceEdit3;
-    TWgTreeInplaceComboBox *WgTreeInplaceComboBox1, *WgTreeInplaceComboBox2,
-        *WgTreeInplaceComboBox3;
+    TWgPanel* WgPanel1 = nullptr;
+    QFrame* Shape1 = nullptr;
+    TWgPageControl* WgPageControl1 = nullptr;
+    TWgTabSheet *TabOptions = nullptr, *TabCodeMenu = nullptr, *TabHints = nullptr,
+                *TabSample = nullptr, *TabInfo = nullptr, *TabUserMenu = nullptr;
+    TPlusPageControl* PlusPageControl1 = nullptr;
+    TPlusTabSheet *PlusTabSheet1 = nullptr, *PlusTabSheet2 = nullptr;
+    TWgTree* WgTree1 = nullptr;
+    QWidget *Panel1 = nullptr, *Panel2 = nullptr;
+    TWgTree* WgTree2 = nullptr;
+    TWgTree* WgTreeFold = nullptr;
+    QPushButton *BtnBlockAdd = nullptr, *BtnBlockDelete = nullptr, *BtnFoldAdd = nullptr,
+                *BtnFoldDelete = nullptr;
+    TWgTreeInplaceEdit *WgTreeInplaceEdit1 = nullptr, *WgTreeInplaceEdit2 = nullptr,
+                       *WgTreeInplaceEdit3 = nullptr;
+    TWgTreeInplaceComboBox *WgTreeInplaceComboBox1 = nullptr, *WgTreeInplaceComboBox2 = nullptr,
+                           *WgTreeInplaceComboBox3 = nullptr;
     std::array<TWgToolbar*, 3> Toolbars{}; // WgToolbar1 .. WgToolbar3
-    QStatusBar* StatusBar1;
+    QStatusBar* StatusBar1 = nullptr;
     std::array<QLabel*, 2> StatusPanels{};
 
     // The text of status panel 0 or 1.
     QString StatusText(int Panel) const;
+    // The control that takes the focus when Section is picked.
+    QWidget* SectionControl(int Section) const;
+    // Shrinks the window (and its minimum) to the screen's free area.
+    void FitToScreen();
 
 public slots:
     void FileNewClick();
@@ -162,11 +171,19 @@ private:
     void DeleteLastRecord(TWgTree& Tree);
     void FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool Blocks);
     void HarvestRecords(TWgTree& Tree, TWgWideStringList& List);
+    // Keys of the trees and lists, sheet keys, names for assistive tools,
+    // the smallest size; and the value column that fills the tree.
+    void CreateKeyboard();
+    bool TreeKey(TWgTree& Tree, QKeyEvent& Key);
+    void SetAccessibleNames();
+    void SetMinimumWindowSize();
+    void FitValueColumn(TWgTree& Tree);
     void LabelMouseEnter(QLabel* Label);
     void LabelMouseLeave(QLabel* Label);
 
     TSyntaxAbout* FAbout = nullptr;
     bool FShown = false;
+    bool FFittingColumn = false; // FitValueColumn is setting a width
     bool FCursorSaved = false; // SavedCursor: the hand cursor is pushed over the previous one
 };
 

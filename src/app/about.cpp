@@ -3,17 +3,20 @@
 #include "controls/ui/UniControls.h"
 
 #include <QFrame>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
 
 QPixmap AboutPicture() {
-    QPixmap picture(105, 89);
+    const qreal ratio = qApp->devicePixelRatio();
+    QPixmap picture(QSize(105, 89) * ratio);
+    picture.setDevicePixelRatio(ratio);
     QPainter painter(&picture);
     QLinearGradient gradient(0, 0, 0, 89);
     gradient.setColorAt(0, QColor(0x2B, 0x4C, 0x7E));
     gradient.setColorAt(1, QColor(0x56, 0x7E, 0xBB));
-    painter.fillRect(picture.rect(), gradient);
+    painter.fillRect(QRect(0, 0, 105, 89), gradient);
     // A page with a few coloured lines of "code" and the program's initials.
     painter.fillRect(QRect(10, 10, 44, 66), QColor(0xF4, 0xF4, 0xF0));
     const QColor lines[] = {QColor(0xC0, 0x30, 0x30), QColor(0x20, 0x70, 0x20),

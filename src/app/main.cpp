@@ -16,6 +16,7 @@
 #include "base/ui/Application.h"
 #include "base/ui/QtDialogs.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 
 #include <cstdio>
@@ -59,7 +60,9 @@ int main(int argc, char** argv) {
         synForm = std::make_unique<TSynForm>();
     } catch (const std::exception& e) {
         std::fprintf(stderr, "lexsmith: %s\n", e.what());
-        app.ShowException(e.what());
+        // Without a screen nobody could answer a box: the message above is all.
+        if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+            app.ShowException(e.what());
         return 1;
     }
     dialogs.Parent = synForm.get();
@@ -83,6 +86,7 @@ int main(int argc, char** argv) {
         });
         synForm->installEventFilter(watch);
     }
+    synForm->FitToScreen();
     synForm->show();
     const int result = app.exec();
     UnloadHtmlHelp();

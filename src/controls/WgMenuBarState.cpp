@@ -8,6 +8,7 @@ void TWgMenuBarState::SetHot(int Button) {
         FClosing = false;
         FPopupOpen = false;
     }
+    if (Button < 0) FKeyboardMode = false;
     const int old = FHot;
     FHot = -1;
     if (old >= 0) FHost.RepaintButton(old);
@@ -42,6 +43,14 @@ void TWgMenuBarState::OpenHot(bool FromKeyboard) {
 
 bool TWgMenuBarState::KeyDown(int Key, TShortCut Shift) {
     bool swallow = false;
+    // F10 alone is the desktop's other way to the menu: it acts as Alt
+    // pressed and released (a shortcut on F10 itself still wins below).
+    if (Key == VK_F10 && Shift == 0 &&
+        !(FHost.MenuRoot() && FHost.MenuRoot()->FindShortCut(ShortCut(Key, Shift)))) {
+        FAltDown = false;
+        AltAlone();
+        return true;
+    }
     if (TWgMenuItem* root = FHost.MenuRoot()) {
         if (TWgMenuItem* item = root->FindShortCut(ShortCut(Key, Shift))) {
             // Taken before the click, whose handler may change or free the menu.
@@ -91,18 +100,24 @@ bool TWgMenuBarState::KeyDown(int Key, TShortCut Shift) {
         SetHot(next);
         if (wasOpen && next >= 0) FHost.PostMessage(WM_MENUBAR_OPENPOPUP, 2, next);
         swallow = true;
-    } else if (((Shift & scAlt) || (FHot >= 0 && !FPopupOpen)) &&
+    } else if (((Shift & scAlt) || (FKeyboardMode && FHot >= 0 && !FPopupOpen)) &&
                ((Key >= 'A' && Key <= 'Z') || (Key >= '0' && Key <= '9'))) {
         // The buttons' own accelerators: Alt+letter, or the letter alone
         // while the bar is hot from the keyboard.
         const int button = AccelButton(Key);
         if (button >= 0) {
             SetHot(button);
+            FKeyboardMode = true;
             OpenHot(true);
             swallow = true;
         }
     }
     if (Key != VK_MENU) FAltDown = false;
+    // Any other key ends the keyboard's stay in the bar and goes on to the
+    // focused control, so typing is never caught by a bar left hot.
+    if (!swallow && FKeyboardMode && FHot >= 0 && !FPopupOpen && Key != VK_SHIFT &&
+        Key != VK_CONTROL && Key != VK_MENU)
+        SetHot(-1);
     return swallow;
 }
 
@@ -123,6 +138,7 @@ void TWgMenuBarState::AltAlone() {
     }
     FHost.TakeFocus();
     SetHot(NextButton(-1, 1));
+    FKeyboardMode = FHot >= 0;
 }
 
 void TWgMenuBarState::MouseMove(int OverButton, bool InsideBar, TPoint ScreenPos) {
@@ -132,15 +148,18 @@ void TWgMenuBarState::MouseMove(int OverButton, bool InsideBar, TPoint ScreenPos
     FMousePos = ScreenPos;
     if (FPopupOpen) {
         if (InsideBar && OverButton >= 0 && OverButton != FHot && FHost.ButtonVisible(OverButton)) {
+            FKeyboardMode = false;
             SetHot(OverButton);
             FHost.PostMessage(WM_MENUBAR_OPENPOPUP, 1, OverButton);
         }
         return;
     }
-    if (!InsideBar)
+    if (!InsideBar) {
         SetHot(-1);
-    else if (OverButton >= 0)
+    } else if (OverButton >= 0 && OverButton != FHot) {
+        FKeyboardMode = false;
         SetHot(OverButton);
+    }
 }
 
 void TWgMenuBarState::MouseLeave() {
@@ -163,6 +182,7 @@ void TWgMenuBarState::MouseDown(int Button) {
 void TWgMenuBarState::PopupOpened(bool FromKeyboard) {
     FPopupOpen = true;
     FKeyboardOpened = FromKeyboard;
+    FKeyboardMode = FromKeyboard;
 }
 
 void TWgMenuBarState::PopupClosed(TWgPopupCloseReason Reason) {

@@ -54,6 +54,9 @@ public:
     bool KeyboardOpened() const { return FKeyboardOpened; }
     bool AltDown() const { return FAltDown; }
     bool KeyUpSeen() const { return FKeyUp; }
+    // The bar was made hot from the keyboard (Alt, F10, an accelerator):
+    // letters alone then pick a button, and any other key leaves it.
+    bool KeyboardMode() const { return FKeyboardMode; }
 
     // A key went down while the bar's form is active; true swallows it.
     bool KeyDown(int Key, TShortCut Shift);
@@ -95,6 +98,7 @@ private:
     // Starts as seen, so that the first shortcut after start works.
     bool FKeyUp = true;
     bool FClosing = false;
+    bool FKeyboardMode = false;
     bool FHasMousePos = false;
     TPoint FMousePos;
 };

@@ -151,6 +151,15 @@ void TWgTreeView::FireAfterSelectionChange() {
     if (FOwner.OnAfterSelectionChange) FOwner.OnAfterSelectionChange(FOwner);
 }
 
+bool TWgTreeView::StartDelayedEdit() {
+    if (FHost) FHost->StopTimer(vtEdit);
+    if (FFrameSelecting || !FDelayedItem) return false;
+    TWgTreeItem* item = FDelayedItem;
+    FDelayedItem = nullptr;
+    if (FOwner.OnEditRequest) FOwner.OnEditRequest(FOwner, item, FDelayedColumn);
+    return true;
+}
+
 void TWgTreeView::TimerFired(TWgViewTimer Timer) {
     if (FHost) FHost->StopTimer(Timer);
     switch (Timer) {
@@ -161,11 +170,7 @@ void TWgTreeView::TimerFired(TWgViewTimer Timer) {
         FSearchText.clear();
         break;
     case vtEdit:
-        if (!FFrameSelecting && FDelayedItem) {
-            TWgTreeItem* item = FDelayedItem;
-            FDelayedItem = nullptr;
-            if (FOwner.OnEditRequest) FOwner.OnEditRequest(FOwner, item, FDelayedColumn);
-        }
+        StartDelayedEdit();
         break;
     case vtHint:
         ShowLineHintNow();

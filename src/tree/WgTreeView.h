@@ -148,6 +148,11 @@ public:
     bool FrameSelecting() const { return FFrameSelecting; }
     TWgTreeItem* TrackItem() const { return FTrackItem; }
     TWgTreeItem* DelayedEditItem() const { return FDelayedItem; }
+    // The width that shows a section's caption and every text of its column.
+    int FitWidth(TWgHeaderSection* Section);
+    // Starts a requested edit now instead of when its delay ends (a key
+    // typed during the delay belongs to the editor); false when none waits.
+    bool StartDelayedEdit();
     int DelayedEditColumn() const { return FDelayedColumn; }
 
     // ---- TWgTreeViewLink
@@ -176,7 +181,6 @@ private:
     void AddTreeLines(TWgTreeItem* Item, const TRect& Row, int LineLeft,
                       TWgMainCellLayout& L) const;
     void MirrorLayout(TWgMainCellLayout& L) const;
-    int FitWidth(TWgHeaderSection* Section);
     void FitAllColumns();
     int CheckBoxWidth() const;
     WideString CellText(TWgTreeItem* Item, int SectionIndex) const;

@@ -2,8 +2,12 @@
 
 #include "base/ui/Colors.h"
 
+#include <QPaintDevice>
 #include <QPainter>
+
 #include <QPalette>
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -14,7 +18,6 @@ QString ToQString(WideView Text) {
 QRect ToQRect(const TRect& R) {
     return QRect(R.Left, R.Top, R.Width(), R.Height());
 }
-
 
 } // namespace
 
@@ -212,23 +215,49 @@ int TQtCanvas::DrawText(WideView Text, TRect& R, unsigned Flags) {
     return used.height();
 }
 
+qreal TQtCanvas::DevicePixelRatio() const {
+    const QPaintDevice* device = FScreen->device();
+    return device ? std::max<qreal>(device->devicePixelRatioF(), 1) : 1;
+}
+
+void TQtCanvas::DrawBitmapScaled(const QRect& Target, const TMemoryBitmap& Bitmap,
+                                 TColor TransparentColor, bool Stretched) {
+    // Our bitmaps are drawn for one device pixel each. On a denser screen
+    // they are enlarged by a whole factor without smoothing, so their
+    // pixels stay sharp squares; only the rest to a fractional ratio is
+    // smoothed, and never for a stretched copy, which keeps hard edges.
+    const qreal ratio = DevicePixelRatio();
+    const int factor = std::max(1, int(std::lround(ratio)));
+    QImage image = ToQImage(Bitmap, TransparentColor);
+    if (factor > 1)
+        image = image.scaled(image.size() * factor, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    FTarget->save();
+    FTarget->setRenderHint(QPainter::SmoothPixmapTransform,
+                           !Stretched && std::abs(ratio - factor) > 0.01);
+    FTarget->drawImage(Target, image);
+    FTarget->restore();
+}
+
 void TQtCanvas::Draw(int X, int Y, const TMemoryBitmap& Bitmap, TColor TransparentColor) {
-    if (!Bitmap.Empty()) FTarget->drawImage(QPoint(X, Y), ToQImage(Bitmap, TransparentColor));
+    if (Bitmap.Empty()) return;
+    DrawBitmapScaled(QRect(X, Y, Bitmap.Width(), Bitmap.Height()), Bitmap, TransparentColor, false);
 }
 
 void TQtCanvas::StretchDraw(const TRect& R, const TMemoryBitmap& Bitmap, TColor TransparentColor) {
     if (Bitmap.Empty() || R.IsEmpty()) return;
-    FTarget->save();
-    FTarget->setRenderHint(QPainter::SmoothPixmapTransform, false);
-    FTarget->drawImage(ToQRect(R), ToQImage(Bitmap, TransparentColor));
-    FTarget->restore();
+    DrawBitmapScaled(ToQRect(R), Bitmap, TransparentColor, true);
 }
 
 void TQtCanvas::BeginBuffer(const TRect& R) {
     if (!FDoubleBuffered || FBufferPainter || R.IsEmpty()) return;
     // Transparent at first, so what lies below shows through where the
-    // buffered painting leaves pixels untouched.
-    FBuffer = QImage(R.Width(), R.Height(), QImage::Format_ARGB32_Premultiplied);
+    // buffered painting leaves pixels untouched. The copy has the screen's
+    // pixel density, or text and lines would be enlarged from a coarser
+    // picture.
+    const qreal ratio = DevicePixelRatio();
+    FBuffer = QImage(int(std::ceil(R.Width() * ratio)), int(std::ceil(R.Height() * ratio)),
+                     QImage::Format_ARGB32_Premultiplied);
+    FBuffer.setDevicePixelRatio(ratio);
     FBuffer.fill(Qt::transparent);
     FBufferRect = R;
     FBufferPainter = std::make_unique<QPainter>(&FBuffer);

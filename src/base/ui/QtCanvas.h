@@ -46,6 +46,10 @@ protected:
 private:
     QColor Q(TColor Color) const;
     void Fill(int Left, int Top, int Width, int Height, TColor Color);
+    // The pixel density of the device painted on (at least 1).
+    qreal DevicePixelRatio() const;
+    void DrawBitmapScaled(const QRect& Target, const TMemoryBitmap& Bitmap, TColor TransparentColor,
+                          bool Stretched);
     const QFontMetrics& Metrics();
 
     QPainter* FScreen;

@@ -4,8 +4,11 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QMessageBox>
+
+#include <cstdio>
 
 namespace {
 
@@ -55,6 +58,13 @@ QStringList ToQtNameFilters(const WideString& Filter) {
 }
 
 int TQtDialogs::MessageBox(const WideString& Text, const WideString& Caption, unsigned Flags) {
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+        // Nobody can answer a box without a screen: say it on the error
+        // stream and take the answer of Escape, so a headless run never waits.
+        std::fprintf(stderr, "%s: %s\n", qPrintable(Q(Caption)), qPrintable(Q(Text)));
+        const unsigned set = Flags & 0xF;
+        return set == MB_OK ? IDOK : set == MB_YESNO ? IDNO : IDCANCEL;
+    }
     QMessageBox box(Parent);
     box.setWindowTitle(Q(Caption));
     box.setText(Q(Text));

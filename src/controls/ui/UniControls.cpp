@@ -279,6 +279,17 @@ TUniMemo::TUniMemo(QWidget* Parent) : QPlainTextEdit(Parent) {
     });
 }
 
+void TUniMemo::keyPressEvent(QKeyEvent* Event) {
+    const Qt::KeyboardModifiers mods = Event->modifiers() & ~Qt::KeypadModifier;
+    if ((Event->key() == Qt::Key_Tab || Event->key() == Qt::Key_Backtab) &&
+        (mods & Qt::ControlModifier) && !(mods & Qt::AltModifier)) {
+        const bool back = Event->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier);
+        focusNextPrevChild(!back);
+        return;
+    }
+    QPlainTextEdit::keyPressEvent(Event);
+}
+
 WideString TUniMemo::RawText() const {
     // The raw text keeps every character as typed (plain text would turn
     // no-break spaces into spaces); only block ends become line feeds.

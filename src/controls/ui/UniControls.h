@@ -174,6 +174,10 @@ public:
     // Fires on every change of the text, the program's own included.
     TUniNotifyEvent OnChange;
 
+protected:
+    // Tab types a tab here; Ctrl+Tab and Ctrl+Shift+Tab leave the memo.
+    void keyPressEvent(QKeyEvent* Event) override;
+
 private:
     TUniMemoLines FLines{*this};
     int FTag = 0;

@@ -93,6 +93,17 @@ void TWgMenuBarButton::mouseReleaseEvent(QMouseEvent*) {}
 
 TWgMenuBar::TWgMenuBar(QWidget* Parent) : TCustomWgToolBar(Parent), FState(*this) {
     setMouseTracking(true);
+    // The focus moving elsewhere in the window (a shortcut, a click) ends
+    // the keyboard's stay in the bar; moves into and out of our own popups
+    // are part of that stay.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* Old, QWidget* Now) {
+        auto inPopup = [](QWidget* W) {
+            return W && qobject_cast<TWgPopupMenu*>(W->window()) != nullptr;
+        };
+        if (!Now || inPopup(Old) || inPopup(Now) || OpenPopup()) return;
+        if (FState.KeyboardMode() && FState.Hot() >= 0 && Now->window() == window())
+            FState.SetHot(-1);
+    });
     SetShowCaption(true);
     SetShowGlyph(true);
     SetBtnOffsHorz(1);
@@ -171,6 +182,12 @@ void TWgMenuBar::Rebuild() {
         auto* popup = new TWgPopupMenu(this);
         popup->AssignMenuSettings(*FMenu);
         popup->SetSource(root.Items(i));
+        // Named after its item, so the window system and assistive tools can
+        // tell the open menu.
+        const QString title = QString::fromStdU16String(root.Items(i)->Caption()).remove(u'&');
+        popup->setWindowTitle(title);
+        popup->setAccessibleName(title);
+        button->setAccessibleName(title);
         button->SetPullDownMenu(popup);
         FButtons.append(button);
         CopyItemToButton(button);
@@ -357,13 +374,16 @@ bool TWgMenuBar::eventFilter(QObject* Watched, QEvent* Event) {
         FLastKey = nullptr;
         return false;
     }
+    // A key from the window system reaches the window object first and is
+    // then forwarded, as the same event, to the focused widget: only the
+    // widgets count, or the forwarded key would look like a repeat.
+    auto* widget = qobject_cast<QWidget*>(Watched);
+    if (!widget || !FMenu) return false;
     // A key that its receiver ignores climbs to the parents through this
     // filter again; it counts once.
     if (Event == FLastKey && type == FLastKeyType) return false;
     FLastKey = Event;
     FLastKeyType = type;
-    auto* widget = qobject_cast<QWidget*>(Watched);
-    if (!widget || !FMenu) return false;
     auto* key = static_cast<QKeyEvent*>(Event);
     QWidget* form = window();
     if (type == QEvent::KeyRelease) {

@@ -4,6 +4,7 @@
 #include "controls/ui/WgPopupMenu.h"
 
 #include <QChildEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -49,6 +50,8 @@ WG_BUTTON_SETTER(Font, const TFont&, FFont)
 void TCustomWgGraphicButton::SetHint(const WideString& Value) {
     FHint = Value;
     setToolTip(QString::fromStdU16String(Value));
+    // A glyph-only button is known to assistive tools by its hint.
+    setAccessibleName(QString::fromStdU16String(Value));
 }
 
 void TCustomWgGraphicButton::SetGlyph(const TMemoryBitmap& Value) {
@@ -136,6 +139,64 @@ TCustomWgToolButton::TCustomWgToolButton(QWidget* Parent) : TCustomWgGraphicButt
 }
 
 TCustomWgToolButton::~TCustomWgToolButton() = default;
+
+// ---------------------------------------------------------------- tool button
+
+TWgToolButton::TWgToolButton(QWidget* Parent) : TCustomWgToolButton(Parent) {
+    setFocusPolicy(Qt::TabFocus);
+}
+
+void TWgToolButton::paintEvent(QPaintEvent* Event) {
+    TCustomWgToolButton::paintEvent(Event);
+    if (!hasFocus()) return;
+    // The keyboard's mark: a dotted rectangle inside the face.
+    QPainter painter(this);
+    TQtCanvas canvas(painter, &palette());
+    canvas.SetPenColor(clWindowText);
+    canvas.SetPenStyle(psDot);
+    const TRect r = Rect(2, 2, width() - 3, height() - 3);
+    canvas.MoveTo(r.Left, r.Top);
+    canvas.LineTo(r.Right, r.Top);
+    canvas.LineTo(r.Right, r.Bottom);
+    canvas.LineTo(r.Left, r.Bottom);
+    canvas.LineTo(r.Left, r.Top);
+}
+
+void TWgToolButton::keyPressEvent(QKeyEvent* Event) {
+    const bool plain = !(Event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    if (plain && !Event->isAutoRepeat() &&
+        (Event->key() == Qt::Key_Space || Event->key() == Qt::Key_Return ||
+         Event->key() == Qt::Key_Enter)) {
+        // Pressed while the key is down, clicked when it goes up, as with the mouse.
+        FPressed = true;
+        update();
+        return;
+    }
+    TCustomWgToolButton::keyPressEvent(Event);
+}
+
+void TWgToolButton::keyReleaseEvent(QKeyEvent* Event) {
+    if (FPressed && !Event->isAutoRepeat() &&
+        (Event->key() == Qt::Key_Space || Event->key() == Qt::Key_Return ||
+         Event->key() == Qt::Key_Enter)) {
+        FPressed = false;
+        update();
+        Click();
+        return;
+    }
+    TCustomWgToolButton::keyReleaseEvent(Event);
+}
+
+void TWgToolButton::focusInEvent(QFocusEvent* Event) {
+    TCustomWgToolButton::focusInEvent(Event);
+    update();
+}
+
+void TWgToolButton::focusOutEvent(QFocusEvent* Event) {
+    TCustomWgToolButton::focusOutEvent(Event);
+    FPressed = false;
+    update();
+}
 
 TCustomWgToolBar* TCustomWgToolButton::ToolBar() const {
     return qobject_cast<TCustomWgToolBar*>(parentWidget());

@@ -133,10 +133,18 @@ private:
     QPointer<TWgPopupMenu> FPullDownMenu;
 };
 
+// A tool button of a bar: also reached by Tab, and Space or Enter click it.
 class TWgToolButton : public TCustomWgToolButton {
     Q_OBJECT
 public:
-    using TCustomWgToolButton::TCustomWgToolButton;
+    explicit TWgToolButton(QWidget* Parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* Event) override;
+    void keyPressEvent(QKeyEvent* Event) override;
+    void keyReleaseEvent(QKeyEvent* Event) override;
+    void focusInEvent(QFocusEvent* Event) override;
+    void focusOutEvent(QFocusEvent* Event) override;
 };
 
 class TCustomWgToolBar : public TWgPanel {

@@ -62,7 +62,11 @@ void TWgHeader::BeginDragImage(TWgHeaderSection* Section) {
     const int index = Section->Position();
     TRect r = FModel.GetSectionRect(index);
     r.Bottom = height();
-    FDragImage = QImage(std::max(r.Width(), 1), std::max(r.Height(), 1), QImage::Format_RGB32);
+    // At the screen's density, like the header it floats over.
+    const qreal ratio = devicePixelRatioF();
+    FDragImage = QImage(QSize(std::max(r.Width(), 1), std::max(r.Height(), 1)) * ratio,
+                        QImage::Format_RGB32);
+    FDragImage.setDevicePixelRatio(ratio);
     QPainter p(&FDragImage);
     TQtCanvas canvas(p, &palette());
     PaintHeaderSection(canvas, FModel, *Section, TRect{0, 0, r.Width(), r.Height()}, FOptions,

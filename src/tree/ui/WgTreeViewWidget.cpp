@@ -212,6 +212,22 @@ void TWgTreeViewWidget::wheelEvent(QWheelEvent* Event) {
 }
 
 void TWgTreeViewWidget::keyPressEvent(QKeyEvent* Event) {
+    // A character typed while a click's edit waits for its delay is the
+    // start of the new value: open the editor now and hand it the key.
+    const bool typed = !Event->text().isEmpty() && Event->text()[0].unicode() >= 32 &&
+                       !(Event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    if (typed && FOwner.View().DelayedEditItem() && FOwner.View().StartDelayedEdit()) {
+        TWgTreeInplaceEditor* editor = FOwner.InplaceEditor();
+        if (QWidget* control = editor ? editor->Control() : nullptr) {
+            QWidget* target = QApplication::focusWidget();
+            if (!target || (target != control && !control->isAncestorOf(target)))
+                target = control->focusProxy() ? control->focusProxy() : control;
+            QKeyEvent copy(Event->type(), Event->key(), Event->modifiers(), Event->text(),
+                           Event->isAutoRepeat(), ushort(Event->count()));
+            QCoreApplication::sendEvent(target, &copy);
+            return;
+        }
+    }
     const int vk = ViewKeyOf(*Event);
     if (vk) FOwner.View().KeyDown(vk, ShiftOf(Event->modifiers()));
     const QString text = Event->text();
