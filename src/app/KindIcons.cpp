@@ -10,16 +10,8 @@
 QString ResourcesFolder() {
     const QString fromEnvironment = qEnvironmentVariable("LEXSMITH_RESOURCES");
     if (!fromEnvironment.isEmpty()) return fromEnvironment;
-    const QString exeDir = QCoreApplication::applicationDirPath();
-    // Beside the executable, or in a folder above it (a build tree's programs
-    // stand a few levels below the source folder).
-    QDir dir(exeDir);
-    for (int level = 0; level < 5; ++level) {
-        if (QFileInfo(dir.filePath(QStringLiteral("resources/forms"))).isDir())
-            return QDir::cleanPath(dir.filePath(QStringLiteral("resources")));
-        if (!dir.cdUp()) break;
-    }
-    return QDir(exeDir).filePath(QStringLiteral("resources"));
+    // Built into the program.
+    return QStringLiteral(":/resources");
 }
 
 QString KindIconPath(int Kind) {

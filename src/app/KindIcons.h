@@ -21,9 +21,8 @@ inline constexpr int KindIconCount = 20;
 // Lime, the background of the icon files.
 inline constexpr TColor KindIconTransparentColor = 0x00FF00;
 
-// The folder of the program's images: LEXSMITH_RESOURCES when set, else the
-// first "resources" folder found beside the executable or up to four
-// folders above it.
+// The folder of the program's form data, images and skins: LEXSMITH_RESOURCES
+// when set, else the copy built into the program (":/resources").
 QString ResourcesFolder();
 QString KindIconPath(int Kind);
 // False, with Bitmap left empty, when the icon file is missing or broken.

@@ -1,0 +1,493 @@
+#!/usr/bin/env bash
+# End-to-end run of the editor on a private X server: real keys and clicks
+# through the window manager, then the bytes the editor wrote and the windows
+# it shows are checked.
+#
+#   tests/e2e/run.sh LEXSMITH SYXTOOL EXAMPLES_DIR WORK_DIR
+#
+# E2E_CASES="open_save close_prompt" runs only those cases.
+set -euo pipefail
+
+if [ $# -ne 4 ]; then
+    echo "usage: $0 LEXSMITH SYXTOOL EXAMPLES_DIR WORK_DIR" >&2
+    exit 2
+fi
+
+E2E_DIR=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+LEXSMITH=$(realpath -ms "$1")
+SYXTOOL=$(realpath -ms "$2")
+EXAMPLES=$(realpath -ms "$3")
+WORK=$(realpath -ms "$4")
+
+# ctest runs everything with the offscreen platform; this run needs the X server.
+unset QT_QPA_PLATFORM
+
+# shellcheck source=lib.sh
+source "$E2E_DIR/lib.sh"
+
+for tool in Xvfb openbox xdotool wmctrl xprop xwininfo xdpyinfo import compare jq; do
+    if ! command -v "$tool" >/dev/null; then
+        echo "missing tool: $tool" >&2
+        exit 2
+    fi
+done
+
+for bin in "$LEXSMITH" "$SYXTOOL"; do
+    if ! wait_until 60 binary_ready "$bin"; then
+        echo "not found or still changing: $bin" >&2
+        exit 2
+    fi
+done
+if [ ! -d "$EXAMPLES/appdata" ]; then
+    echo "no appdata folder in $EXAMPLES" >&2
+    exit 2
+fi
+
+rm -rf "$WORK"
+mkdir -p "$WORK"
+# Private settings and caches: the file dialog's history and openbox's state
+# stay out of the user's home, and every run starts from the same state.
+export XDG_CONFIG_HOME=$WORK/xdg/config XDG_CACHE_HOME=$WORK/xdg/cache XDG_DATA_HOME=$WORK/xdg/data
+export XDG_RUNTIME_DIR=$WORK/xdg/runtime
+mkdir -p "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_DATA_HOME" "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+
+cleanup() {
+    app_stop_all
+    stop_pid "$WM_PID"
+    stop_pid "$XVFB_PID"
+}
+trap cleanup EXIT
+trap 'exit 130' INT TERM
+
+start_display
+start_wm
+
+# ------------------------------------------------------------------ the cases
+#
+# Each case starts its own editor on its own copies of the examples (copied
+# into $CASE_DIR by run_case) and returns non-zero when a check failed; the
+# notes say which.
+
+# File > Open by Ctrl+O and its dialog, then Ctrl+S: the editor writes what
+# syxtool normalize writes. Once from the options page, then with the focus
+# in the sample memo and in the author memo, so that the shortcuts are seen
+# to work wherever the focus is; one file per encoding of the examples.
+case_open_save() {
+    app_start || return 1
+    local round file expected section
+    for round in "lua.syx -" "sql-utf8.syx ctrl+8" "xml-utf16.syx ctrl+9"; do
+        read -r file section <<<"$round"
+        if [ "$section" != - ]; then
+            # The memo gets the focus by a click, so that only the shortcut is tested here.
+            keys "$section"
+            click_at "$APP_WIN" 420 300
+            park_pointer
+        fi
+        expected=$CASE_DIR/$file.expected
+        "$SYXTOOL" normalize "$CASE_DIR/$file" "$expected"
+        if cmp -s "$expected" "$CASE_DIR/$file"; then
+            note "harness: normalizing $file changes nothing, so a save would not show"
+            return 1
+        fi
+        local before dialog
+        before=$(file_sum "$CASE_DIR/$file")
+        keys ctrl+o
+        if ! dialog=$(wait_window "Open" "$APP_PID"); then
+            note "Ctrl+O (for $file, focus after '$section') showed no Open dialog; windows: $(window_names "$APP_PID")"
+            return 1
+        fi
+        focus_window "$dialog" || true
+        type_text "$CASE_DIR/$file"
+        keys Return
+        check "the Open dialog stayed after Enter on the file name ($file)" \
+            wait_window_gone "$dialog" || return 1
+        focus_window "$APP_WIN" || true
+        keys ctrl+s
+        if ! wait_file_change "$CASE_DIR/$file" "$before"; then
+            note "Ctrl+S did not write $file"
+            CASE_FAILED=1
+            continue
+        fi
+        check "the saved $file differs from syxtool normalize of the original" \
+            cmp -s "$expected" "$CASE_DIR/$file"
+    done
+    return $CASE_FAILED
+}
+
+# An option's value edited with the mouse: a click on its Value cell, the
+# text, Enter. The second cell gets its text right after the click, before
+# the editor has had time to open: none of it may be lost.
+case_mouse_edit() {
+    local file=$CASE_DIR/lua.syx
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    local before
+    before=$(file_sum "$file")
+
+    # The pointer stays on the cell until the edit is over.
+    click_at "$APP_WIN" $OPT_VALUE_X "$(option_row_y LineCommentB)"
+    sleep 1 # the in-place editor opens after a short pause
+    type_text "#"
+    keys Return
+
+    click_at "$APP_WIN" $OPT_VALUE_X "$(option_row_y CommentStartB)"
+    type_text "until"
+    sleep 1
+    keys Return
+    park_pointer
+
+    keys ctrl+s
+    check "Ctrl+S did not write the file" wait_file_change "$file" "$before" || return 1
+    check "the saved options are not the edited ones" \
+        expect_options "$CASE_DIR/original.syx" "$file" "LineCommentB=#" "CommentStartB=until"
+    check "more than the options changed in the saved file" \
+        same_dump_except "$CASE_DIR/original.syx" "$file" Options
+    return $CASE_FAILED
+}
+
+# The same with the keyboard alone. The focus starts in the sample memo, so
+# Ctrl+1 has to move it into the options tree; F2 and Enter both open the
+# editor of the focused row.
+case_keyboard_edit() {
+    local file=$CASE_DIR/lua.syx
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    local before
+    before=$(file_sum "$file")
+    keys ctrl+8
+    keys ctrl+1
+    # Down first, in case no row has the focus yet; then up to the first row,
+    # wherever the focus started.
+    keys Down
+    local ups=() i
+    for ((i = 0; i < ${#OPTION_NAMES[@]}; i++)); do ups+=(Up); done
+    xdotool key --clearmodifiers --delay 20 "${ups[@]}"
+    keys Down Down Down Down # CommentStartB
+    keys F2
+    sleep 0.5
+    type_text "(*"
+    keys Return
+    keys Down # CommentEndB
+    keys Return
+    sleep 0.5
+    type_text "*)"
+    keys Return
+    keys ctrl+s
+    check "Ctrl+S did not write the file" wait_file_change "$file" "$before" || return 1
+    check "the saved options are not the edited ones" \
+        expect_options "$CASE_DIR/original.syx" "$file" "CommentStartB=(*" "CommentEndB=*)"
+    check "more than the options changed in the saved file" \
+        same_dump_except "$CASE_DIR/original.syx" "$file" Options
+    return $CASE_FAILED
+}
+
+sample_has_line() {
+    sed -n '/^\[BeginSample\]/,/^\[EndSample\]/p' "$1" | tr -d '\r' | grep -xF -- "$2" >/dev/null
+}
+# The banner: the comment box of "{ ... }" lines the file starts with.
+banner_has_line() {
+    tr -d '\r' <"$1" | sed -n '/^{/!q;p' | grep -F -- "{ $2" >/dev/null
+}
+
+# Typing into the memos right after Ctrl+8 and Ctrl+9, and saving with
+# Ctrl+S while the focus is still in the memo.
+case_memo_typing() {
+    local file=$CASE_DIR/lua.syx
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    local before want line="print('typed into the sample')"
+
+    before=$(file_sum "$file")
+    keys ctrl+8
+    keys ctrl+End Return
+    type_text "$line"
+    keys ctrl+s
+    if check "Ctrl+S in the sample memo did not write the file" wait_file_change "$file" "$before"; then
+        want=$(dump "$CASE_DIR/original.syx" | jq -c --arg l "$line" '.Sample + [$l]')
+        check "the sample in the saved file is not the old one plus the typed line: $(dump "$file" | jq -c .Sample)" \
+            test "$(dump "$file" | jq -c .Sample)" = "$want"
+        check "the typed line is not between [BeginSample] and [EndSample]" \
+            sample_has_line "$file" "$line"
+        check "more than the sample changed in the saved file" \
+            same_dump_except "$CASE_DIR/original.syx" "$file" Sample
+    fi
+
+    line="<b>Checked:</b> by the end-to-end run"
+    before=$(file_sum "$file")
+    keys ctrl+9
+    keys ctrl+End Return
+    type_text "$line"
+    keys ctrl+s
+    if check "Ctrl+S in the author memo did not write the file" wait_file_change "$file" "$before"; then
+        want=$(dump "$CASE_DIR/original.syx" | jq -c --arg l "$line" '.Header + [$l]')
+        check "the banner in the saved file is not the old one plus the typed line: $(dump "$file" | jq -c .Header)" \
+            test "$(dump "$file" | jq -c .Header)" = "$want"
+        check "the typed line is not in the banner at the top of the file" \
+            banner_has_line "$file" "$line"
+    fi
+    return $CASE_FAILED
+}
+
+# popup_opens WHAT MENU KEYS...: pressing the keys shows the menu's popup,
+# and Escape closes it again.
+popup_opens() {
+    local what=$1 menu=$2
+    shift 2
+    local k
+    for k in "$@"; do keys "$k"; done
+    if ! wait_window "^$menu\$" "$APP_PID" "$E2E_POPUP_WAIT" >/dev/null; then
+        note "$what did not open the $menu menu; windows: $(window_names "$APP_PID")"
+        CASE_FAILED=1
+        # Leave any half-open menu state before the next try.
+        keys Escape Escape
+        return 1
+    fi
+    keys Escape
+    if ! wait_no_window "^$menu\$" "$APP_PID" "$E2E_POPUP_WAIT"; then
+        note "Escape did not close the $menu menu opened by $what"
+        CASE_FAILED=1
+    fi
+    # The first Escape leaves the menu bar hot; this one leaves it.
+    keys Escape
+    return 0
+}
+
+# The menus from the keyboard: Alt+letter, F10 and Alt alone followed by
+# Down; with the focus where the program puts it, and in a memo.
+case_menu_keys() {
+    app_start -- "$CASE_DIR/lua.syx" || return 1
+    popup_opens "Alt+F" File alt+f
+    popup_opens "F10 then Down" File F10 Down
+    popup_opens "Alt alone then Down" File alt Down
+    popup_opens "Alt+H" Help alt+h
+    # The focus in the sample memo, put there by a click.
+    keys ctrl+8
+    click_at "$APP_WIN" 420 300
+    park_pointer
+    popup_opens "Alt+F in the sample memo" File alt+f
+    popup_opens "F10 then Down in the sample memo" File F10 Down
+    popup_opens "Alt alone then Down in the sample memo" File alt Down
+    check "a window other than the main window is left open: $(window_names "$APP_PID")" \
+        test "$(find_windows '.' "$APP_PID" | wc -l)" -eq 1
+    return $CASE_FAILED
+}
+
+# A menu command from the keyboard: File > Save As... shows the save dialog,
+# and Escape cancels it without writing anything.
+case_menu_save_as() {
+    local file=$CASE_DIR/lua.syx
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    local files_before dialog
+    files_before=$(ls "$CASE_DIR")
+    keys alt+f
+    check "Alt+F did not open the File menu" wait_window '^File$' "$APP_PID" "$E2E_POPUP_WAIT" >/dev/null || return 1
+    # From the last item (Exit) up over the separator.
+    keys End Up Return
+    check "the File menu stayed open after Enter" wait_no_window '^File$' "$APP_PID"
+    if ! dialog=$(wait_window "Save" "$APP_PID"); then
+        note "File > Save As... showed no save dialog; windows: $(window_names "$APP_PID")"
+        return 1
+    fi
+    check "the dialog that appeared is the Open dialog" \
+        test -z "$(xdotool getwindowname "$dialog" | grep Open)"
+    focus_window "$dialog" || true
+    keys Escape
+    check "Escape did not close the save dialog" wait_window_gone "$dialog" || return 1
+    check "the editor is gone after the save dialog was cancelled" pid_alive "$APP_PID"
+    check "the main window is gone after the save dialog was cancelled" window_viewable "$APP_WIN"
+    check "cancelling Save As changed the file" cmp -s "$CASE_DIR/original.syx" "$file"
+    check "cancelling Save As wrote a file: $(diff <(echo "$files_before") <(ls "$CASE_DIR") | tr '\n' ' ')" \
+        test "$files_before" = "$(ls "$CASE_DIR")"
+    return $CASE_FAILED
+}
+
+# A change to the document that does not depend on keyboard shortcuts: a
+# line typed into the sample memo after a click into it.
+make_change() {
+    keys ctrl+8
+    click_at "$APP_WIN" 420 300
+    park_pointer
+    keys ctrl+End Return
+    type_text "$1"
+}
+
+# request_close WHEN: the window manager's close (WM_DELETE_WINDOW), as the
+# title bar's close button sends it. Sets PROMPT to the question's window.
+request_close() {
+    wmctrl -i -c "$APP_WIN"
+    if ! PROMPT=$(wait_window '^KV Scribex Message$' "$APP_PID"); then
+        note "closing the changed document $1 asked nothing; windows: $(window_names "$APP_PID"), program $(pid_alive "$APP_PID" && echo running || echo ended)"
+        CASE_FAILED=1
+        return 1
+    fi
+    focus_window "$PROMPT" || true
+}
+
+# Closing a changed document: Cancel keeps everything as it is, No closes
+# without writing, Yes writes and closes.
+case_close_prompt() {
+    local file=$CASE_DIR/lua.syx line="-- written when closing"
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    make_change "$line"
+    request_close "(first time)" || return 1
+    keys Escape
+    check "Escape (Cancel) did not close the prompt" wait_window_gone "$PROMPT" || return 1
+    check "Cancel ended the program" pid_alive "$APP_PID" || return 1
+    check "Cancel closed the main window" window_viewable "$APP_WIN"
+    check "Cancel wrote the file" cmp -s "$CASE_DIR/original.syx" "$file"
+
+    request_close "after Cancel" || return 1
+    keys alt+n
+    check "No did not end the program" wait_exit "$APP_PID"
+    check "No wrote the file" cmp -s "$CASE_DIR/original.syx" "$file"
+    app_stop
+
+    app_start -- "$file" || return 1
+    make_change "$line"
+    request_close "(second run)" || return 1
+    keys alt+y
+    check "Yes did not end the program" wait_exit "$APP_PID"
+    check "Yes did not write the typed line into the sample" \
+        test "$(dump "$file" | jq -r '.Sample[-1]')" = "$line"
+    check "Yes changed more than the sample" same_dump_except "$CASE_DIR/original.syx" "$file" Sample
+    return $CASE_FAILED
+}
+
+# The side panel is a fixed list of sections; a window too short to show the
+# last of them hides sections from the mouse. Its last label ends this far
+# below the client area's top (menu bar and panel).
+SIDE_LIST_BOTTOM=381
+
+# The window keeps a minimum size: it says so in its size hints, a resize
+# below it does not take, and at that size the whole section list shows.
+case_min_size() {
+    app_start -- "$CASE_DIR/lua.syx" || return 1
+    check "the main window has no program-specified minimum size in WM_NORMAL_HINTS" \
+        min_size_hint "$APP_WIN" || return 1
+    check "the minimum size ${MINW}x${MINH} is too short for the section list (${SIDE_LIST_BOTTOM} px)" \
+        test "$MINH" -ge "$SIDE_LIST_BOTTOM"
+    # The resize ends in whatever size the window manager and the program
+    # agree on: wait for a change (a refusal keeps the size), then for calm.
+    local start now last='' i
+    window_geometry "$APP_WIN"
+    start="${WW}x${WH}"
+    xdotool windowsize "$APP_WIN" 100 100
+    for ((i = 0; i < 15; i++)); do
+        sleep 0.1
+        window_geometry "$APP_WIN" && [ "${WW}x${WH}" != "$start" ] && break
+    done
+    for ((i = 0; i < 10; i++)); do
+        window_geometry "$APP_WIN" || break
+        now="${WW}x${WH}"
+        [ "$now" = "$last" ] && break
+        last=$now
+        sleep 0.15
+    done
+    window_geometry "$APP_WIN"
+    check "after a resize to 100x100 the window is ${WW}x${WH}, below its minimum ${MINW}x${MINH}" \
+        test "$WW" -ge "$MINW" -a "$WH" -ge "$MINH"
+    check "the editor did not survive the resize" pid_alive "$APP_PID"
+    return $CASE_FAILED
+}
+
+# At twice the size the window still fits the 1280x1024 screen, frame and all.
+case_scaled_fits() {
+    app_start QT_SCALE_FACTOR=2 -- "$CASE_DIR/lua.syx" || return 1
+    sleep 0.3
+    window_geometry "$APP_WIN" || return 1
+    FL=0 FR=0 FT=0 FB=0
+    frame_extents "$APP_WIN" || true
+    local left=$((WX - FL)) top=$((WY - FT)) right=$((WX + WW + FR)) bottom=$((WY + WH + FB))
+    check "at QT_SCALE_FACTOR=2 the window spans ${left},${top} to ${right},${bottom} (client ${WW}x${WH}), beyond the 1280x1024 screen" \
+        test "$left" -ge 0 -a "$top" -ge 0 -a "$right" -le 1280 -a "$bottom" -le 1024
+    if min_size_hint "$APP_WIN"; then
+        check "at QT_SCALE_FACTOR=2 the minimum size ${MINW}x${MINH} does not fit the screen" \
+            test $((MINW + FL + FR)) -le 1280 -a $((MINH + FT + FB)) -le 1024
+    fi
+    return $CASE_FAILED
+}
+
+# The two sheets of the options page from the keyboard. Which sheet shows is
+# judged from pictures: each sheet is first shown by a click on its tab, and
+# after every key the page must look like the sheet the key should show.
+SHEET_AREA=(180 50 500 420) # x y w h of the sheet, tabs included, in the window
+shows_sheet() {
+    local want=$1 other=$2 now=$CASE_DIR/sheet-now.png
+    grab_area "$APP_WIN" "${SHEET_AREA[@]}" "$now" || return 1
+    [ "$(pixel_diff "$now" "$want")" -lt "$(pixel_diff "$now" "$other")" ]
+}
+case_sheet_keys() {
+    app_start -- "$CASE_DIR/lua.syx" || return 1
+    local syntax=$CASE_DIR/sheet-syntax.png block=$CASE_DIR/sheet-block.png
+    click_at "$APP_WIN" 275 62 # the "Block & folding " tab
+    park_pointer
+    sleep 0.4
+    grab_area "$APP_WIN" "${SHEET_AREA[@]}" "$block"
+    click_at "$APP_WIN" 205 62 # the "Syntax " tab
+    park_pointer
+    sleep 0.4
+    grab_area "$APP_WIN" "${SHEET_AREA[@]}" "$syntax"
+    if [ "$(pixel_diff "$syntax" "$block")" -lt 1000 ]; then
+        note "harness: the two sheets look alike after clicks on their tabs"
+        return 1
+    fi
+    keys ctrl+1
+    local step key want other
+    for step in "ctrl+Tab block syntax" "ctrl+Page_Up syntax block" "ctrl+Page_Down block syntax" "ctrl+Page_Up syntax block"; do
+        read -r key want other <<<"$step"
+        keys "$key"
+        local wantf=$CASE_DIR/sheet-$want.png otherf=$CASE_DIR/sheet-$other.png
+        check "after $key the $want sheet does not show" wait_until 2 shows_sheet "$wantf" "$otherf" || return 1
+    done
+    return $CASE_FAILED
+}
+
+ALL_CASES=(open_save mouse_edit keyboard_edit memo_typing menu_keys menu_save_as
+    close_prompt min_size scaled_fits sheet_keys)
+
+# ------------------------------------------------------------------ the runner
+
+FAILED=()
+PASSED=0
+run_case() {
+    CASE_DIR=$WORK/$1
+    CASE_FAILED=0
+    CASE_NOTES=()
+    mkdir -p "$CASE_DIR"
+    copy_examples
+    local started=$SECONDS
+    "case_$1" || CASE_FAILED=1
+    local took=$((SECONDS - started))
+    if [ "$CASE_FAILED" -eq 0 ]; then
+        printf 'PASS %-14s (%ss)\n' "$1" "$took"
+        PASSED=$((PASSED + 1))
+    else
+        import -window root "$WORK/$1.png" 2>/dev/null || true
+        printf 'FAIL %-14s (%ss)\n' "$1" "$took"
+        local n
+        for n in ${CASE_NOTES[@]+"${CASE_NOTES[@]}"}; do printf '     %s\n' "$n"; done
+        printf '     screenshot: %s\n' "$WORK/$1.png"
+        if [ -s "$CASE_DIR/lexsmith.log" ]; then
+            printf '     program output: %s\n' "$CASE_DIR/lexsmith.log"
+        fi
+        FAILED+=("$1")
+    fi
+    app_stop_all
+    park_pointer
+}
+
+SUITE_START=$SECONDS
+read -r -a CASES <<<"${E2E_CASES:-${ALL_CASES[*]}}"
+for c in "${CASES[@]}"; do
+    if ! declare -F "case_$c" >/dev/null; then
+        echo "no such case: $c" >&2
+        exit 2
+    fi
+done
+for c in "${CASES[@]}"; do run_case "$c"; done
+
+echo "${PASSED} passed, ${#FAILED[@]} failed, $((SECONDS - SUITE_START))s${FAILED[*]:+ (failed: ${FAILED[*]})}"
+[ ${#FAILED[@]} -eq 0 ]
