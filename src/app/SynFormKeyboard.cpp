@@ -81,6 +81,19 @@ void TSynForm::CreateKeyboard() {
         };
     }
 
+    // Each toolbar's buttons come just before the list they work on, so Tab
+    // walks the page from top to bottom.
+    const std::array<QWidget*, 3> lists = {Pages.lbMenu, Pages.lbMenuItem, Pages.lbUserMenu};
+    for (std::size_t b = 0; b < Toolbars.size(); ++b) {
+        QWidget* previous = nullptr;
+        for (QObject* child : Toolbars[b]->children())
+            if (auto* button = qobject_cast<TWgToolButton*>(child)) {
+                if (previous) QWidget::setTabOrder(previous, button);
+                previous = button;
+            }
+        if (previous) QWidget::setTabOrder(previous, lists[b]);
+    }
+
     using P = TSynFormPages;
     auto page = [this](void (P::*Command)()) { return [this, Command] { (Pages.*Command)(); }; };
     ListKeys(Pages.lbMenu, page(&P::MenuAddClick), page(&P::MenuRenameClick),

@@ -245,3 +245,49 @@ TEST_F(MenuBarStateTest, AnEmptyOrAllHiddenBarHasNoNextButton) {
     Bar.Visible.clear();
     EXPECT_EQ(State.NextButton(0, -1), -1);
 }
+
+TEST_F(MenuBarStateTest, F10StandsForAltAloneUnlessItIsAShortcut) {
+    EXPECT_TRUE(State.KeyDown(VK_F10, 0));
+    EXPECT_EQ(State.Hot(), 0);
+    EXPECT_TRUE(State.KeyboardMode());
+    EXPECT_EQ(TakeLog(), (Log{"take", "invalidate 0"}));
+    EXPECT_TRUE(State.KeyDown(VK_F10, 0)); // again: back where the focus was
+    EXPECT_EQ(State.Hot(), -1);
+    EXPECT_EQ(TakeLog(), (Log{"restore", "repaint 0", "post 1718 0 0"}));
+    // Shift+F10 is no menu key, and an item's own F10 shortcut wins.
+    EXPECT_FALSE(State.KeyDown(VK_F10, scShift));
+    EXPECT_EQ(State.Hot(), -1);
+    int clicks = 0;
+    TWgMenuItem* item = Bar.Menu.Items().Add(u"File")->Add(u"Run", -1, ShortCut(VK_F10, 0));
+    item->OnClick = [&](TWgMenuItem*) { ++clicks; };
+    EXPECT_TRUE(State.KeyDown(VK_F10, 0));
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(State.Hot(), -1);
+}
+
+// Letters alone pick a button only while the keyboard put the bar hot; a
+// bar hot under the pointer leaves typing alone, and in the keyboard's stay
+// any key that is not the bar's own ends it and goes on.
+TEST_F(MenuBarStateTest, LettersAloneBelongToTheKeyboardsStayInTheBar) {
+    State.MouseMove(1, true, {10, 5});
+    EXPECT_FALSE(State.KeyboardMode());
+    EXPECT_FALSE(State.KeyDown('H', 0));
+    EXPECT_FALSE(State.PopupOpen());
+    EXPECT_EQ(State.Hot(), 1);
+    State.MouseLeave();
+
+    State.KeyDown(VK_MENU, scAlt);
+    State.KeyUp(VK_MENU);
+    EXPECT_TRUE(State.KeyDown('H', 0));
+    EXPECT_EQ(State.Hot(), 3);
+    EXPECT_TRUE(State.PopupOpen());
+    State.PopupClosed(pcrCancel); // Escape in the popup: Help stays hot
+    EXPECT_EQ(State.Hot(), 3);
+    EXPECT_FALSE(State.KeyDown(VK_SHIFT, scShift)); // a modifier alone keeps the stay
+    EXPECT_EQ(State.Hot(), 3);
+    EXPECT_FALSE(State.KeyDown('Q', 0)); // no button of that letter
+    EXPECT_EQ(State.Hot(), -1);
+    EXPECT_FALSE(State.KeyboardMode());
+    EXPECT_FALSE(State.KeyDown('H', 0)); // typing again reaches the control
+    EXPECT_EQ(State.Hot(), -1);
+}

@@ -233,7 +233,7 @@ pixel_diff() {
 binary_ready() {
     [ -x "$1" ] || return 1
     local mtime
-    mtime=$(stat -c %Y "$1" 2>/dev/null) || return 1
+    mtime=$(stat -L -c %Y "$1" 2>/dev/null) || return 1
     [ $(($(date +%s) - mtime)) -ge 2 ]
 }
 

@@ -100,8 +100,12 @@ TWgMenuBar::TWgMenuBar(QWidget* Parent) : TCustomWgToolBar(Parent), FState(*this
         auto inPopup = [](QWidget* W) {
             return W && qobject_cast<TWgPopupMenu*>(W->window()) != nullptr;
         };
-        if (!Now || inPopup(Old) || inPopup(Now) || OpenPopup()) return;
-        if (FState.KeyboardMode() && FState.Hot() >= 0 && Now->window() == window())
+        // A window getting its focus back (Old null) is no move in it, nor
+        // is the bar taking the focus for that stay.
+        if (!Old || !Now || inPopup(Old) || inPopup(Now) || OpenPopup()) return;
+        if (Now == this || isAncestorOf(Now)) return;
+        if (FState.KeyboardMode() && FState.Hot() >= 0 && Old->window() == window() &&
+            Now->window() == window())
             FState.SetHot(-1);
     });
     SetShowCaption(true);
@@ -370,21 +374,20 @@ bool TWgMenuBar::event(QEvent* Event) {
 
 bool TWgMenuBar::eventFilter(QObject* Watched, QEvent* Event) {
     const QEvent::Type type = Event->type();
-    if (type != QEvent::KeyPress && type != QEvent::KeyRelease) {
-        FLastKey = nullptr;
-        return false;
-    }
+    if (type != QEvent::KeyPress && type != QEvent::KeyRelease) return false;
     // A key from the window system reaches the window object first and is
     // then forwarded, as the same event, to the focused widget: only the
-    // widgets count, or the forwarded key would look like a repeat.
+    // widgets count.
     auto* widget = qobject_cast<QWidget*>(Watched);
     if (!widget || !FMenu) return false;
     // A key that its receiver ignores climbs to the parents through this
-    // filter again; it counts once.
-    if (Event == FLastKey && type == FLastKeyType) return false;
-    FLastKey = Event;
-    FLastKeyType = type;
+    // filter again; it counts once. Events in between (input method queries
+    // of the receiver, say) must not make it count twice, so a key is known
+    // by its kind, key and time stamp as well as by the event object.
     auto* key = static_cast<QKeyEvent*>(Event);
+    const TSeenKey seen{Event, type, key->key(), key->timestamp()};
+    if (seen == FLastKey) return false;
+    FLastKey = seen;
     QWidget* form = window();
     if (type == QEvent::KeyRelease) {
         if (key->isAutoRepeat()) return false;

@@ -96,6 +96,12 @@ private:
     QPointer<TWgPopupMenu> FOpenPopup;
     QPointer<QWidget> FFocusToReturn;
     // The key event last seen, so that one event climbing the parents is handled once.
-    const QEvent* FLastKey = nullptr;
-    QEvent::Type FLastKeyType = QEvent::None;
+    struct TSeenKey {
+        const QEvent* Event = nullptr;
+        QEvent::Type Type = QEvent::None;
+        int Key = 0;
+        quint64 Time = 0;
+        bool operator==(const TSeenKey&) const = default;
+    };
+    TSeenKey FLastKey;
 };

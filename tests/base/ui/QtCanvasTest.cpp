@@ -87,6 +87,52 @@ TEST(QtCanvas, TransparentKeyAndBufferedPaintingKeepWhatLiesBelow) {
     EXPECT_EQ(At(img, 0, 2), White);
 }
 
+// On a denser screen painting through the off-screen buffer gives the very
+// pixels that direct painting gives (a buffer of the coarser density would
+// be enlarged and smear text), and our bitmaps become whole pixel blocks.
+TEST(QtCanvas, DenseScreensGetTheirOwnDensityFromBuffersAndBitmaps) {
+    for (qreal ratio : {1.25, 1.5, 2.0}) {
+        auto paint = [&](bool Buffered) {
+            QImage image(QSize(60, 16) * ratio, QImage::Format_RGB32);
+            image.setDevicePixelRatio(ratio);
+            image.fill(Qt::white);
+            QPainter p(&image);
+            TQtCanvas canvas(p);
+            canvas.SetDoubleBuffered(Buffered);
+            canvas.BeginBuffer(Rect(0, 0, 60, 16));
+            TFont font;
+            font.Name = u"Tahoma";
+            font.Height = -11;
+            canvas.SetFont(font);
+            canvas.TextOut(2, 1, u"Value");
+            canvas.EndBuffer();
+            p.end();
+            return image;
+        };
+        EXPECT_EQ(paint(true), paint(false)) << ratio;
+    }
+
+    QImage image(QSize(4, 2) * 2, QImage::Format_RGB32);
+    image.setDevicePixelRatio(2);
+    image.fill(Qt::white);
+    TMemoryBitmap bmp(2, 1);
+    bmp.SetPixel(0, 0, ColorToPixel(Red));
+    bmp.SetPixel(1, 0, ColorToPixel(0x000000));
+    {
+        QPainter p(&image);
+        TQtCanvas canvas(p);
+        canvas.Draw(1, 1, bmp, clNone);
+    }
+    for (int y = 2; y < 4; ++y) {
+        EXPECT_EQ(At(image, 1, y), White);
+        EXPECT_EQ(At(image, 2, y), Red);
+        EXPECT_EQ(At(image, 3, y), Red);
+        EXPECT_EQ(At(image, 4, y), 0x000000u);
+        EXPECT_EQ(At(image, 5, y), 0x000000u);
+        EXPECT_EQ(At(image, 6, y), White);
+    }
+}
+
 TEST(QtCanvas, TextMeasureAgreesWithCalcRect) {
     QImage img(10, 10, QImage::Format_RGB32);
     QPainter p(&img);
