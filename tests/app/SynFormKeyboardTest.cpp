@@ -52,7 +52,10 @@ protected:
         // The pointer rests on the heading, away from the menu bar, whose
         // buttons a pointer over them makes hot.
         QTest::mouseMove(Form->WgPanel1);
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(Form->WgMenuBar1, &leave);
         QApplication::processEvents();
+        ASSERT_EQ(Form->WgMenuBar1->HotButton(), -1);
     }
 
     // A key as the window system delivers it: to the window first.
