@@ -29,6 +29,10 @@ TAddForm::TAddForm(QWidget* Parent) : QDialog(Parent) {
     btnAbort = new TUniBitBtn(u"", this);
     btnAbort->SetKind(bkAbort);
     btnAbort->setGeometry(178, 229, 75, 25);
+    Edit->setAccessibleName(QStringLiteral("New item"));
+    List->setAccessibleName(QStringLiteral("Items to add"));
+    btnDel->setAccessibleName(QStringLiteral("Delete item"));
+    btnAbort->setAccessibleName(QStringLiteral("Cancel"));
 }
 
 int TAddForm::ShowModal() {

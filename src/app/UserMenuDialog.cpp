@@ -68,6 +68,12 @@ TUserMenuForm::TUserMenuForm(QWidget* Parent) : QDialog(Parent) {
     UniBitBtn2 = new TUniBitBtn(u"", this);
     UniBitBtn2->SetKind(bkCancel);
     UniBitBtn2->setGeometry(270, 212, 75, 25);
+    txtItem->setAccessibleName(QStringLiteral("Item"));
+    ComboBoxEx1->setAccessibleName(QStringLiteral("Kind"));
+    DataMemo->setAccessibleName(QStringLiteral("Code"));
+    DataMemo->setAccessibleDescription(QStringLiteral("Ctrl+Tab leaves the code"));
+    UniBitBtn1->setAccessibleName(QStringLiteral("OK"));
+    UniBitBtn2->setAccessibleName(QStringLiteral("Cancel"));
 }
 
 int TUserMenuForm::ShowModal() {
