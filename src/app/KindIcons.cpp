@@ -5,7 +5,11 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImage>
+
+#include <algorithm>
+#include <cmath>
 
 QString ResourcesFolder() {
     const QString fromEnvironment = qEnvironmentVariable("LEXSMITH_RESOURCES");
@@ -39,7 +43,14 @@ bool LoadKindBitmap(int Kind, TMemoryBitmap& Bitmap) {
 QPixmap KindPixmap(int Kind) {
     TMemoryBitmap bitmap;
     if (!LoadKindBitmap(Kind, bitmap)) return {};
-    return QPixmap::fromImage(ToQImage(bitmap, KindIconTransparentColor));
+    // Enlarged by a whole factor without smoothing for a dense screen, so the
+    // icon's pixels stay sharp where the toolkit shows it (combo box rows).
+    const int factor = std::max(1, int(std::lround(qApp->devicePixelRatio())));
+    QImage image = ToQImage(bitmap, KindIconTransparentColor);
+    if (factor > 1)
+        image = image.scaled(image.size() * factor, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    image.setDevicePixelRatio(factor);
+    return QPixmap::fromImage(image);
 }
 
 void DrawKindListItem(TCanvas& Canvas, const TRect& Rect, WideView Text, const TKVBitmap* Bitmap) {
