@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-wine xvfb xauth
-  openbox xdotool wmctrl x11-utils imagemagick
+  openbox xdotool wmctrl x11-utils imagemagick jq
 )
 
 missing=()

@@ -14,6 +14,10 @@ WM_PID=
 APP_PID=
 APP_WIN=
 APP_PIDS=()
+# Set by window_geometry, frame_extents and min_size_hint.
+WX='' WY='' WW='' WH=''
+FL=0 FR=0 FT=0 FB=0
+MINW='' MINH=''
 
 # --- bookkeeping of a case -----------------------------------------------------
 
@@ -175,7 +179,7 @@ frame_extents() {
 # Sets MINW MINH from the program's own size hints; fails without them.
 min_size_hint() {
     local line
-    line=$(xprop -id "$1" WM_NORMAL_HINTS 2>/dev/null | grep 'program specified minimum size') || return 1
+    line=$(xprop -id "$1" WM_NORMAL_HINTS 2>/dev/null | grep 'minimum size:') || return 1
     MINW=$(sed -n 's/.*size: *\([0-9]*\) by \([0-9]*\).*/\1/p' <<<"$line")
     MINH=$(sed -n 's/.*size: *\([0-9]*\) by \([0-9]*\).*/\2/p' <<<"$line")
     [ -n "$MINW" ] && [ -n "$MINH" ]
@@ -194,9 +198,19 @@ focus_window() {
 
 # --- input --------------------------------------------------------------------
 
+pointer_at() { [ "$(xdotool getmouselocation 2>/dev/null | cut -d' ' -f1-2)" = "x:$1 y:$2" ]; }
+
+# move_pointer X Y: moves the pointer and waits until it is there. Not
+# mousemove --sync, which waits for a motion that never comes when the
+# pointer is already in place.
+move_pointer() {
+    xdotool mousemove "$1" "$2" >/dev/null 2>&1 || return 1
+    wait_until 2 pointer_at "$1" "$2"
+}
+
 # The pointer stays off the editor's window unless a case clicks: resting on
 # the menu bar it would leave a menu hot, and the keys would go to the menu.
-park_pointer() { xdotool mousemove --sync 1279 1023 >/dev/null 2>&1 || true; }
+park_pointer() { move_pointer 1279 1023 || true; }
 
 keys() { xdotool key --clearmodifiers --delay 60 "$@"; }
 
@@ -207,7 +221,8 @@ type_text() { printf '%s' "$1" | xdotool type --clearmodifiers --delay 25 --file
 # click_at WINDOW X Y: a left click at a point of the window's client area.
 click_at() {
     window_geometry "$1" || return 1
-    xdotool mousemove --sync $((WX + $2)) $((WY + $3)) click 1
+    move_pointer $((WX + $2)) $((WY + $3)) || return 1
+    xdotool click 1
 }
 
 # Saves a picture of the area X Y W H of a window's client area to FILE.
@@ -258,7 +273,7 @@ app_start() {
     APP_PID=$!
     APP_PIDS+=("$APP_PID")
     APP_WIN=
-    if ! APP_WIN=$(wait_window '^KV Lexsmith$' "$APP_PID" 10); then
+    if ! APP_WIN=$(wait_window '^KV Lexsmith$' "$APP_PID" 8); then
         note "the main window \"KV Lexsmith\" did not appear (process $(pid_alive "$APP_PID" && echo running || echo gone))"
         CASE_FAILED=1
         return 1

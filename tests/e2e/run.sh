@@ -367,7 +367,7 @@ SIDE_LIST_BOTTOM=381
 # below it does not take, and at that size the whole section list shows.
 case_min_size() {
     app_start -- "$CASE_DIR/lua.syx" || return 1
-    check "the main window has no program-specified minimum size in WM_NORMAL_HINTS" \
+    check "the main window declares no minimum size in WM_NORMAL_HINTS" \
         min_size_hint "$APP_WIN" || return 1
     check "the minimum size ${MINW}x${MINH} is too short for the section list (${SIDE_LIST_BOTTOM} px)" \
         test "$MINH" -ge "$SIDE_LIST_BOTTOM"
