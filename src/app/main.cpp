@@ -86,7 +86,6 @@ int main(int argc, char** argv) {
         });
         synForm->installEventFilter(watch);
     }
-    synForm->FitToScreen();
     synForm->show();
     const int result = app.exec();
     UnloadHtmlHelp();
