@@ -1,4 +1,5 @@
 #include "controls/WgIni.h"
+#include "base/SafeFileStream.h"
 
 #include <algorithm>
 #include <atomic>
@@ -909,17 +910,18 @@ bool TWgIniFile::Save() {
     if (OnBeforeSave) OnBeforeSave(*this);
     bool written = false;
     if (!FUseRegistry && !FPath.empty()) {
-        TFileStream file(FPath, fmCreate);
-        if (FBinaryMode) {
-            TMemoryStream buffer;
-            SaveToBinary(buffer);
-            file.WriteBuffer(buffer.Data().data(), std::int64_t(buffer.Data().size()));
-        } else {
-            AnsiString text = SaveToText();
-            file.WriteBuffer(text.data(), std::int64_t(text.size()));
-        }
+        SaveFileSafely(FPath, [this](TStream& File) {
+            if (FBinaryMode) {
+                TMemoryStream buffer;
+                SaveToBinary(buffer);
+                File.WriteBuffer(buffer.Data().data(), std::int64_t(buffer.Data().size()));
+            } else {
+                AnsiString text = SaveToText();
+                File.WriteBuffer(text.data(), std::int64_t(text.size()));
+            }
+        });
         written = true;
-    } // the stream flushes and closes here
+    }
     FModified = false;
     if (OnAfterSave) OnAfterSave(*this);
     return written;

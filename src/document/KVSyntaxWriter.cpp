@@ -2,6 +2,7 @@
 // section. It is deliberately plainer than the reader, and the two do not
 // mirror each other everywhere; those differences are part of the format.
 
+#include "base/SafeFileStream.h"
 #include "document/KVSyntax.h"
 
 #include "base/Strings.h"
@@ -258,11 +259,13 @@ void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStr
                                const TMenuList& Keywords, const TMenuList& Tags,
                                const TMenuList& AutoComplete, const TMenuList& TagComplete,
                                const TMenuList& UserMenu, const AnsiString& FileName) {
-    // Built in memory first: a file that cannot be created stays as it was.
+    // Built in memory first: a file that cannot be created stays as it was,
+    // and one that cannot be written whole too.
     TLineSink sink;
     BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
-    TFileStream stream(FileName, fmCreate);
-    for (const auto& chunk : sink.Chunks())
-        stream.WriteBuffer(chunk.data(), std::int64_t(chunk.size()));
+    SaveFileSafely(FileName, [&](TStream& Stream) {
+        for (const auto& chunk : sink.Chunks())
+            Stream.WriteBuffer(chunk.data(), std::int64_t(chunk.size()));
+    });
 }

@@ -1,4 +1,5 @@
 #include "document/KVWideStrings.h"
+#include "base/SafeFileStream.h"
 
 #include "base/Exceptions.h"
 #include "document/TextLines.h"
@@ -85,8 +86,7 @@ void TKVWideStringList::LoadFromStream(TStream& Stream) {
 }
 
 void TKVWideStringList::SaveToFile(const AnsiString& FileName) {
-    TFileStream stream(FileName, fmCreate);
-    SaveToStream(stream);
+    SaveFileSafely(FileName, [this](TStream& Stream) { SaveToStream(Stream); });
 }
 
 void TKVWideStringList::SaveToStream(TStream& Stream) {

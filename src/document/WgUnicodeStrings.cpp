@@ -1,4 +1,5 @@
 #include "document/WgUnicodeStrings.h"
+#include "base/SafeFileStream.h"
 
 #include "base/Exceptions.h"
 #include "base/Strings.h"
@@ -169,8 +170,7 @@ void TWgWideStrings::Move(int CurIndex, int NewIndex) {
 }
 
 void TWgWideStrings::SaveToFile(const AnsiString& FileName) {
-    TFileStream stream(FileName, fmCreate);
-    SaveToStream(stream);
+    SaveFileSafely(FileName, [this](TStream& Stream) { SaveToStream(Stream); });
 }
 
 void TWgWideStrings::SaveToStream(TStream& Stream) {

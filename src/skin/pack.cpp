@@ -1,4 +1,5 @@
 #include "skin/pack.h"
+#include "base/SafeFileStream.h"
 
 #include "base/Exceptions.h"
 #include "skin/quickini.h"
@@ -63,10 +64,9 @@ std::vector<AnsiString> WriteSkinFolder(const TSkinReader& Reader, const std::st
         }
         TMemoryStream member;
         Reader.GetFile(name, member);
-        std::ofstream out(dir / name, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(member.Data().data()),
-                  std::streamsize(member.Data().size()));
-        if (!out) throw Exception("cannot write " + (dir / name).string());
+        SaveFileSafely((dir / name).string(), [&](TStream& Out) {
+            Out.WriteBuffer(member.Data().data(), std::int64_t(member.Data().size()));
+        });
     }
     return skipped;
 }

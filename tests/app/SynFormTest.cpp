@@ -4,6 +4,7 @@
 // records, the side panel's sections and the files of the command line.
 
 #include "app/AddKeywordsDialog.h"
+#include "base/Exceptions.h"
 #include "app/SynEditor.h"
 #include "app/UserMenuDialog.h"
 #include "controls/ui/PlusPageControl.h"
@@ -486,3 +487,25 @@ TEST_F(SynFormTest, SidePanelLabelsTrackThePointerAndSelectOnClick) {
 }
 
 } // namespace
+
+// A save that fails leaves the document changed, with its state word, and
+// says which file and why; only a whole save says "Saved!".
+TEST_F(SynFormTest, AFailedSaveKeepsTheDocumentModified) {
+#ifndef _WIN32
+    const AnsiString file = Example("lua.syx");
+    Form->show();
+    Form->OpenDocument(file);
+    Form->MarkModified();
+    try {
+        Form->SaveDocument("/dev/full");
+        ADD_FAILURE() << "the save to /dev/full did not fail";
+    } catch (const EWriteError& e) {
+        EXPECT_STREQ(e.what(), "Cannot write file \"/dev/full\". No space left on device");
+    }
+    EXPECT_TRUE(Form->Modified);
+    EXPECT_EQ(Form->StatusText(1), "Modified");
+    EXPECT_EQ(Form->StatusText(0), "lua.syx");
+    Form->SaveDocument(file);
+    EXPECT_EQ(Form->StatusText(1), "Saved!");
+#endif
+}

@@ -54,3 +54,12 @@ expect_run(2 "${SYXTOOL}")
 expect_run(2 "${SYXTOOL}" dump)
 expect_run(2 "${SYXTOOL}" frobnicate x)
 expect_run(0 "${SYXTOOL}" --help)
+
+# A device that takes no bytes: the failure is reported, not hidden.
+if(EXISTS /dev/full)
+  expect_run(1 "${SYXTOOL}" normalize "${DATA}/document/roundtrip_input.syx" /dev/full)
+  string(FIND "${LAST_ERR}" "Cannot write file \"/dev/full\". No space left on device" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "unclear error for /dev/full: ${LAST_ERR}")
+  endif()
+endif()

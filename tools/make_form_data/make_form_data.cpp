@@ -4,6 +4,7 @@
 //   make_form_data [output folder]      (default: resources/forms)
 
 #include "base/Exceptions.h"
+#include "base/SafeFileStream.h"
 #include "base/Streams.h"
 #include "base/Strings.h"
 #include "tree/WgHeaderModel.h"
@@ -83,8 +84,9 @@ const THeaderDef Headers[] = {
 };
 
 void Save(const std::string& Path, const TMemoryStream& Data) {
-    TFileStream file(Path, fmCreate);
-    file.WriteBuffer(Data.Data().data(), std::int64_t(Data.Data().size()));
+    SaveFileSafely(Path, [&](TStream& File) {
+        File.WriteBuffer(Data.Data().data(), std::int64_t(Data.Data().size()));
+    });
     std::printf("%s: %zu bytes\n", Path.c_str(), Data.Data().size());
 }
 

@@ -1,6 +1,7 @@
 // skinpack: makes, lists and takes apart skin files.
 
 #include "base/Exceptions.h"
+#include "base/SafeFileStream.h"
 #include "skin/data.h"
 #include "skin/lzh.h"
 #include "skin/pack.h"
@@ -43,10 +44,13 @@ Bytes ReadAll(const fs::path& path) {
 }
 
 void WriteAll(const fs::path& path, const Bytes& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) throw TFailure{"cannot create " + path.string()};
-    out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-    if (!out) throw TFailure{"cannot write " + path.string()};
+    try {
+        SaveFileSafely(path.string(), [&](TStream& Out) {
+            Out.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
+        });
+    } catch (const Exception& e) {
+        throw TFailure{e.what()};
+    }
 }
 
 int Pack(const fs::path& dir, const fs::path& out) {
