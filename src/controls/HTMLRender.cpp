@@ -14,6 +14,12 @@ std::uint16_t Clamp16(long long Value) {
     return std::uint16_t(std::clamp<long long>(Value, 0, 65534));
 }
 
+// Indents are kept within what a width can be either way, so that lists
+// nested in a paragraph of any indent add and take back without overflow.
+int ClampIndent(long long Value) {
+    return int(std::clamp<long long>(Value, -65534, 65534));
+}
+
 int Sign(int Value) {
     return (Value > 0) - (Value < 0);
 }
@@ -562,7 +568,7 @@ void THTMLParser::HandleTag(const WideString& Name, const TAttributes& A) {
         TWgHTMLBreakItem* brk = AddBreak(hitListStart);
         brk->Alignment = align;
         brk->ListLevel = FListLevel;
-        brk->Indent += brk->GetWidth();
+        brk->Indent = ClampIndent((long long)brk->Indent + brk->GetWidth());
         cur.Indent = brk->Indent;
     } else if (Name == u"/ul") {
         --FListLevel;
@@ -570,7 +576,7 @@ void THTMLParser::HandleTag(const WideString& Name, const TAttributes& A) {
         TWgHTMLBreakItem probe(&FData);
         probe.AssignStyle(cur);
         probe.ItemType = hitListStart;
-        cur.Indent -= probe.GetWidth();
+        cur.Indent = ClampIndent((long long)cur.Indent - probe.GetWidth());
         RemoveTrailingHardBreak();
         std::uint32_t align = LastAlignment();
         AddBreak(hitHardBreak)->Alignment = align;
@@ -585,7 +591,7 @@ void THTMLParser::HandleTag(const WideString& Name, const TAttributes& A) {
         WideString align = WideLowerCase(Value(A, u"align"));
         TWgHTMLBreakItem* brk = AddBreak(hitParagraph);
         brk->Alignment = align == u"center" ? 1 : align == u"right" ? 2 : 0;
-        brk->Indent = StrToIntDef(Value(A, u"indent"), 0);
+        brk->Indent = ClampIndent(StrToIntDef(Value(A, u"indent"), 0));
         if (closing) brk->Flags |= hifParagraphClosed;
         cur.Indent = brk->Indent;
     } else if (Name == u"br") {

@@ -101,7 +101,7 @@ void TWgHeaderSections::IntReadData(TStream& Stream, bool /*Direct*/) {
     const bool hasHint = version <= -8;
     const bool wideHint = version < -11;
 
-    const std::int32_t count = ReadCount(Stream, 0);
+    const std::int32_t count = ReadCount(Stream, recordSize);
     std::uint8_t r[SectionRecordSize];
     for (std::int32_t n = 0; n < count; ++n) {
         Stream.ReadBuffer(r, recordSize);

@@ -91,6 +91,8 @@ void WriteAnsiZ(TStream& Stream, const AnsiString& Value) {
 
 std::int32_t ReadCount(TStream& Stream, std::int64_t MinEntryBytes) {
     const std::int32_t count = Stream.ReadInt32();
+    // A count that the bytes left cannot hold is a truncated stream, and
+    // fails as one: nothing is made for entries that are not there.
     if (count < 0 || std::int64_t(count) * MinEntryBytes > Remaining(Stream))
         throw EReadError(RtlMessages::SReadError);
     return count;

@@ -29,7 +29,8 @@ void WriteAnsiZ(TStream& Stream, const AnsiString& Value);
 AnsiString ReadRaw(TStream& Stream, std::int32_t Count);
 
 // An element count that precedes entries of at least MinEntryBytes each:
-// negative or more than the stream can hold is a read error.
+// negative or more than the stream can hold is a read error, raised before
+// anything is made for the entries.
 std::int32_t ReadCount(TStream& Stream, std::int64_t MinEntryBytes);
 
 inline std::int32_t GetI32(const std::uint8_t* R, int Offset) {

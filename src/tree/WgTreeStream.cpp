@@ -22,6 +22,10 @@ constexpr std::uint32_t RootForcedFlags = 0x02008000;
 // Entries nest by recursion; a blob nested deeper than this is refused
 // rather than allowed to exhaust the stack.
 constexpr int MaxReadDepth = 1000;
+// The least a counted text (its count) and a stored item (its first
+// field) take in the stream.
+constexpr std::int64_t MinCountedBytes = 4;
+constexpr std::int64_t MinItemBytes = 4;
 
 void WriteStyle(TStream& Stream, const TWgCellStyle& Style) {
     std::uint8_t r[StyleRecordSize] = {};
@@ -280,14 +284,18 @@ void TWgTreeItem::ReadData(TStream& Stream) {
     std::int32_t columns;
     if (version == 0) {
         hint = ReadText(Stream, false);
-        columns = ReadCount(Stream, 0);
+        columns = ReadCount(Stream, MinCountedBytes);
     } else {
+        // -1 stands for "a hint follows", then comes the real count.
+        const std::int64_t at = Stream.Position();
         columns = Stream.ReadInt32();
         if (columns == -1) {
             hint = ReadText(Stream, wideHint);
-            columns = Stream.ReadInt32();
+            columns = ReadCount(Stream, MinCountedBytes);
+        } else {
+            Stream.SetPosition(at);
+            columns = ReadCount(Stream, MinCountedBytes);
         }
-        if (columns < 0) throw EReadError(RtlMessages::SReadError);
     }
     SetHint(hint);
     if (columns > 0 || ColumnTextCount() > 0) {
@@ -321,14 +329,17 @@ void TWgTreeItem::ReadData(TStream& Stream) {
         readOne(GetMainStyle());
         if (FStaticData && FStaticData->Extra && FStaticData->Extra->Styles)
             FStaticData->Extra->Styles->clear();
-        const std::int32_t styles = ReadCount(Stream, 0);
+        // A custom style is whatever the handler reads; without one nothing
+        // is read, and a count of such entries is no reason to make any.
+        const std::int32_t styles =
+            ReadCount(Stream, custom ? 1 : StyleRecordSize + MinCountedBytes);
         for (std::int32_t i = 0; i < styles; ++i)
             readOne(AddStyle());
     }
     if (tree->OnItemLoad) tree->OnItemLoad(*tree, Stream, this);
 
     // Children, appended one at a time.
-    const std::int32_t children = ReadCount(Stream, 0);
+    const std::int32_t children = ReadCount(Stream, MinItemBytes);
     if (children > 0 && tree->FReadDepth >= MaxReadDepth)
         throw EReadError(RtlMessages::SReadError); // nested too deep to be a real tree
     TWgTreeItems& items = tree->Items();

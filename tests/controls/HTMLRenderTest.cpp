@@ -200,6 +200,25 @@ TEST_F(HTMLRenderTest, ListsRulesAndIndents) {
     EXPECT_EQ(Render.Data()->Items[Render.Data()->Items.Count() - 2]->ItemType, hitHardBreak);
 }
 
+// Indents at the ends of the integer range are held to what a width can
+// be, so lists inside such a paragraph add and take back without overflow.
+TEST_F(HTMLRenderTest, ExtremeIndentsAreClamped) {
+    const struct {
+        const char16_t* Text;
+        int Indent;
+    } cases[] = {{u"<p indent=2147483647><ul>x", 65534},
+                 {u"<p indent=-2147483648></ul>x", -65534},
+                 {u"<p indent=99999999999999>x", 0}, // no number: the default
+                 {u"<p indent=-20></ul></ul>x", -44}};
+    for (const auto& c : cases) {
+        Render.PrepareText(c.Text, 1000, false);
+        ASSERT_GT(Render.Data()->Items.Count(), 0);
+        EXPECT_EQ(Render.Data()->Items.Last()->Indent, c.Indent) << std::string(c.Text, c.Text + 8);
+        TRecordingCanvas canvas;
+        Render.DrawHtml(canvas, {0, 0}, Rect(0, 0, 200, 50), clNone);
+    }
+}
+
 TEST_F(HTMLRenderTest, SubscriptIsMeasuredLargerAndDrawnSmaller) {
     Render.PrepareText(u"x<sub>2</sub>", 1000, false);
     TWgHTMLItem* sub = Render.Data()->Items[2];

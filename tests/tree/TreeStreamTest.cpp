@@ -189,6 +189,14 @@ TEST(TreeStream, BadCountsAreRejected) {
     EXPECT_THROW(tree.Items().LoadFromStream(huge), EReadError);
     TMemoryStream children = TBytes().I32(-14).I32(0).Record(128, {}).I32(0).U8(0).I32(-2).Stream();
     EXPECT_THROW(tree.Items().LoadFromStream(children), EReadError);
+    // Custom styles without a handler to read them take no bytes: a count
+    // of them in a blob of a few bytes once made two thousand million.
+    TMemoryStream styles =
+        TBytes().I32(-14).I32(0).Record(128, {}).I32(0).U8(1).U8(1).I32(0x7FFFFFFF).Stream();
+    EXPECT_THROW(tree.Items().LoadFromStream(styles), EReadError);
+    TMemoryStream columns = TBytes().I32(-14).I32(0).Record(128, {}).I32(0x7FFFFFF0).Stream();
+    EXPECT_THROW(tree.Items().LoadFromStream(columns), EReadError);
+    EXPECT_EQ(tree.Items().Count(), 0);
 }
 
 TEST(TreeStream, OlderItemVersionsRead) {
