@@ -560,6 +560,7 @@ void TSynForm::ResetDocument() {
     Modified = false;
     SetStatus(0, NewDocumentCaption);
     SetStatus(1, QString());
+    FDisk = {};
 }
 
 void TSynForm::OpenDocument(const AnsiString& FileName) {
@@ -590,6 +591,7 @@ void TSynForm::OpenDocument(const AnsiString& FileName) {
     Modified = false;
     SetStatus(1, QString());
     SetStatus(0, ExtractFileName(FileName));
+    RememberDiskState(FileName);
 }
 
 void TSynForm::FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool BlockRecords) {
@@ -627,6 +629,7 @@ void TSynForm::SaveDocument(const AnsiString& FileName) {
     Modified = false;
     SetStatus(1, QStringLiteral("Saved!"));
     SetStatus(0, ExtractFileName(FileName));
+    RememberDiskState(FileName);
 }
 
 void TSynForm::HarvestRecords(TWgTree& Tree, TWgWideStringList& List) {
@@ -668,10 +671,12 @@ void TSynForm::FileOpenClick() {
 }
 
 void TSynForm::FileSaveClick() {
-    if (!SaveDialog.FileName.empty() && SaveDialog.FileName[0] != '*')
+    if (!SaveDialog.FileName.empty() && SaveDialog.FileName[0] != '*') {
+        if (!ConfirmOverwriteChanged()) return;
         SaveDocument(SaveDialog.FileName);
-    else
+    } else {
         FileSaveAsClick();
+    }
 }
 
 void TSynForm::FileSaveAsClick() {

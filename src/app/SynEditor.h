@@ -129,6 +129,15 @@ public:
     // Shrinks the window (and its minimum) to the screen's free area.
     void FitToScreen();
 
+    // ---- the file on disk, changed by another program
+    // Asks whether to reload the document's file when another program has
+    // changed it since it was opened or saved here; runs when the window is
+    // activated.
+    void CheckDiskChange();
+    // Before a save over the document's file: true unless the file was
+    // changed by another program and the user does not want to overwrite it.
+    bool ConfirmOverwriteChanged();
+
 public slots:
     void FileNewClick();
     void FileOpenClick();
@@ -143,6 +152,7 @@ public slots:
     void BtnFoldDeleteClick();
 
 protected:
+    void changeEvent(QEvent* Event) override;
     void closeEvent(QCloseEvent* Event) override;
     void showEvent(QShowEvent* Event) override;
     void resizeEvent(QResizeEvent* Event) override;
@@ -184,7 +194,21 @@ private:
     TSyntaxAbout* FAbout = nullptr;
     bool FShown = false;
     bool FFittingColumn = false; // FitValueColumn is setting a width
-    bool FCursorSaved = false; // SavedCursor: the hand cursor is pushed over the previous one
+
+    // What the document's file was like when it was last read or written here.
+    struct TDiskState {
+        AnsiString FileName; // empty: no file to watch
+        bool Exists = false;
+        std::int64_t Size = 0;
+        std::int64_t ModifiedMs = 0;
+        bool operator==(const TDiskState&) const = default;
+    };
+    static TDiskState ReadDiskState(const AnsiString& FileName);
+    void RememberDiskState(const AnsiString& FileName) { FDisk = ReadDiskState(FileName); }
+    bool DiskChanged() const;
+    TDiskState FDisk;
+    bool FAskingAboutDisk = false; // the question is on screen
+    bool FCursorSaved = false;     // SavedCursor: the hand cursor is pushed over the previous one
 };
 
 // The companion editor's per-user folder, without a trailing separator:

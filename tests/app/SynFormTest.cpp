@@ -4,9 +4,9 @@
 // records, the side panel's sections and the files of the command line.
 
 #include "app/AddKeywordsDialog.h"
-#include "base/Exceptions.h"
 #include "app/SynEditor.h"
 #include "app/UserMenuDialog.h"
+#include "base/Exceptions.h"
 #include "controls/ui/PlusPageControl.h"
 #include "controls/ui/UniControls.h"
 #include "controls/ui/WgPanel.h"
@@ -29,6 +29,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -508,4 +509,54 @@ TEST_F(SynFormTest, AFailedSaveKeepsTheDocumentModified) {
     Form->SaveDocument(file);
     EXPECT_EQ(Form->StatusText(1), "Saved!");
 #endif
+}
+
+// Another program saves the open file: the window asks on its next
+// activation whether to reload, and a save never overwrites that change
+// without a question.
+TEST_F(SynFormTest, AFileChangedByAnotherProgramIsNeverOverwrittenUnasked) {
+    const AnsiString file = Example("lua.syx");
+    Form->show();
+    Form->OpenFromCommandLine(file);
+    auto otherProgramWrites = [&](const char* Escape) {
+        TSyntaxDocument doc;
+        doc.Open(file);
+        doc.Options->Put(12, WideString(Escape, Escape + std::strlen(Escape)));
+        doc.Save(file);
+    };
+    Form->CheckDiskChange();
+    EXPECT_TRUE(Dialogs.Messages.empty()) << "nothing changed, nothing to ask";
+
+    // Reload.
+    otherProgramWrites("%%");
+    Form->MarkModified();
+    Dialogs.MessageAnswers = {IDYES};
+    Form->CheckDiskChange();
+    ASSERT_EQ(Dialogs.Messages.size(), 1u);
+    EXPECT_EQ(Dialogs.Messages[0].substr(0, 30), u"KV Scribex Message: The file \"");
+    EXPECT_EQ(Cell(Form->WgTree1, 12), u"%%");
+    EXPECT_FALSE(Form->Modified);
+
+    // Keep the edits: asked once, then a save writes them without a question.
+    otherProgramWrites("@@@");
+    Dialogs.MessageAnswers = {IDNO};
+    Form->CheckDiskChange();
+    Form->CheckDiskChange();
+    EXPECT_EQ(Dialogs.Messages.size(), 2u);
+    EXPECT_EQ(Cell(Form->WgTree1, 12), u"%%");
+    Form->FileSaveClick();
+    EXPECT_EQ(Dialogs.Messages.size(), 2u);
+    EXPECT_EQ(Form->StatusText(1), "Saved!");
+
+    // A change that the window has not been back for yet: Save asks first.
+    otherProgramWrites("&&&&");
+    const QByteArray theirs = Bytes(file);
+    Dialogs.MessageAnswers = {IDNO};
+    Form->FileSaveClick();
+    EXPECT_EQ(Dialogs.Messages.size(), 3u);
+    EXPECT_EQ(Bytes(file), theirs);
+    Dialogs.MessageAnswers = {IDYES};
+    Form->FileSaveClick();
+    EXPECT_NE(Bytes(file), theirs);
+    EXPECT_EQ(Form->StatusText(1), "Saved!");
 }
