@@ -161,7 +161,7 @@ AnsiString AppDataFolder() {
 
 // --- FormCreate -------------------------------------------------------------
 
-TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this) {
+TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this, &Document) {
     setWindowTitle(QStringLiteral("KV Lexsmith"));
     resize(688, 517);
     Params = QCoreApplication::arguments().mid(1);
@@ -565,9 +565,7 @@ void TSynForm::ResetDocument() {
 
 void TSynForm::OpenDocument(const AnsiString& FileName) {
     ResetDocument();
-    KVSyntax.LoadSyntaxFile(*Header, *Options, *Blocks, *Folds, *Pages.AutoHint, *Sample,
-                            *Pages.Keywords, *Pages.Tags, *Pages.AutoComplete, *Pages.TagComplete,
-                            *Pages.UserMenu, FileName);
+    Document.Load(FileName);
     TUniMemoLines& info = Pages.InfoMemo->Lines();
     info.Clear();
     info.AddLines(Header->Count(), [this](int I) { return Header->Ref(I); });
@@ -623,9 +621,7 @@ void TSynForm::SaveDocument(const AnsiString& FileName) {
     Sample->Clear();
     for (const WideString& line : Pages.SampleMemo->Lines().ToVector())
         Sample->Add(line);
-    KVSyntax.SaveSyntaxFile(*Header, *Options, *Blocks, *Folds, *Pages.AutoHint, *Sample,
-                            *Pages.Keywords, *Pages.Tags, *Pages.AutoComplete, *Pages.TagComplete,
-                            *Pages.UserMenu, FileName);
+    Document.Save(FileName);
     Modified = false;
     SetStatus(1, QStringLiteral("Saved!"));
     SetStatus(0, ExtractFileName(FileName));

@@ -81,9 +81,12 @@ public:
 
     std::uint8_t SaveEncoding = 2;
     bool Modified = false;
-    std::unique_ptr<TWgWideStringList> Blocks, Folds, Options, Header, Sample;
-    TSynFormPages Pages; // the live containers, kind bitmaps and list pages
-    TKVSyntax KVSyntax;
+    // The one document: the eleven containers that open and save go through.
+    TSyntaxDocument Document;
+    // Its transfer lists, filled only at a load and a save.
+    std::unique_ptr<TWgWideStringList>&Blocks = Document.Blocks, &Folds = Document.Folds,
+    &Options = Document.Options, &Header = Document.Header, &Sample = Document.Sample;
+    TSynFormPages Pages; // the live containers' pages, kind bitmaps and list pages
     TFileDialogParams OpenDialog, SaveDialog;
     // The skin choice read from the companion editor's settings at start.
     TSkinChoice SkinChoice;

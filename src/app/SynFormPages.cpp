@@ -55,7 +55,12 @@ const std::array<TSectionView, 9> SectionViews = {{
     {u"Author information", 4},
 }};
 
-TSynFormPages::TSynFormPages(QWidget* PageParent) {
+TSynFormPages::TSynFormPages(QWidget* PageParent, TSyntaxDocument* Document)
+    : FOwnDocument(Document ? nullptr : std::make_unique<TSyntaxDocument>()),
+      Document(Document ? *Document : *FOwnDocument), UserMenu(this->Document.UserMenu),
+      TagComplete(this->Document.TagComplete), AutoComplete(this->Document.AutoComplete),
+      Keywords(this->Document.Keywords), Tags(this->Document.Tags),
+      AutoHint(this->Document.AutoHint) {
     CreateLists();
     LoadKindBitmaps();
     CreateCodeMenuPage(PageParent);

@@ -22,6 +22,7 @@
 
 #include "app/KindIcons.h"
 #include "document/MenuList.h"
+#include "document/SyntaxDocument.h"
 #include "document/WgUnicodeStrings.h"
 
 #include <QObject>
@@ -57,8 +58,9 @@ class TSynFormPages : public QObject {
     Q_OBJECT
 public:
     // The pages are made as children of PageParent (null leaves them
-    // top-level until the main form places them).
-    explicit TSynFormPages(QWidget* PageParent = nullptr);
+    // top-level until the main form places them). Their live containers are
+    // those of Document; without one the pages keep a document of their own.
+    explicit TSynFormPages(QWidget* PageParent = nullptr, TSyntaxDocument* Document = nullptr);
     ~TSynFormPages() override;
 
     // The dialogs, created once by the program's entry; made here on first
@@ -67,9 +69,16 @@ public:
     TAddForm& AddForm();
     TUserMenuForm& UserMenuForm();
 
-    // The live containers, as they live between a load and a save.
-    std::unique_ptr<TMenuList> UserMenu, TagComplete, AutoComplete, Keywords, Tags;
-    std::unique_ptr<TWgWideStringList> AutoHint;
+private:
+    std::unique_ptr<TSyntaxDocument> FOwnDocument; // made before the references below
+
+public:
+    // The document whose live containers the pages change.
+    TSyntaxDocument& Document;
+    // The live containers, as they live between a load and a save: the
+    // document's own.
+    std::unique_ptr<TMenuList>&UserMenu, &TagComplete, &AutoComplete, &Keywords, &Tags;
+    std::unique_ptr<TWgWideStringList>& AutoHint;
     // The icon of each item kind; list rows carry a pointer to one as object.
     std::array<std::unique_ptr<TKVBitmap>, KindIconCount> KindBitmaps;
 
