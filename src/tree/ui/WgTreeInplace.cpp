@@ -170,6 +170,7 @@ TWgTreeInplaceEdit::TWgTreeInplaceEdit(QObject* Parent) : TWgTreeInplaceEditor(P
     FEditor->setFrame(false);
     FEditor->hide();
     FEditor->installEventFilter(this);
+    FEditObject = FEditor.data();
 }
 
 TWgTreeInplaceEdit::~TWgTreeInplaceEdit() {
@@ -198,7 +199,7 @@ void TWgTreeInplaceEdit::TriggerAfterOperation(bool& Accepted, bool& DefaultConv
 }
 
 bool TWgTreeInplaceEdit::eventFilter(QObject* Watched, QEvent* Event) {
-    if (Watched != FEditor) return false;
+    if (Watched != FEditObject) return false;
     switch (Event->type()) {
     case QEvent::KeyPress: {
         auto* key = static_cast<QKeyEvent*>(Event);
@@ -251,6 +252,9 @@ TWgTreeInplaceComboBox::TWgTreeInplaceComboBox(QObject* Parent) : TWgTreeInplace
     FEditor->installEventFilter(this);
     FEditor->lineEdit()->installEventFilter(this);
     FEditor->view()->installEventFilter(this);
+    FBoxObject = FEditor.data();
+    FLineObject = FEditor->lineEdit();
+    FListObject = FEditor->view();
 }
 
 TWgTreeInplaceComboBox::~TWgTreeInplaceComboBox() {
@@ -297,10 +301,17 @@ void TWgTreeInplaceComboBox::EnterPressed() {
 }
 
 bool TWgTreeInplaceComboBox::eventFilter(QObject* Watched, QEvent* Event) {
-    if (!FEditor) return false;
-    const bool inBox = Watched == FEditor || Watched == FEditor->lineEdit();
-    const bool inList = Watched == FEditor->view();
-    if (!inBox && !inList) return false;
+    const bool inBox = Watched == FBoxObject || Watched == FLineObject;
+    const bool inList = Watched == FListObject;
+    if ((!inBox && !inList) || FEditor.isNull()) return false;
+    switch (Event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+    case QEvent::FocusOut:
+        break;
+    default:
+        if (PrivateMessageNumber(Event) != FocusCheckMessage) return false;
+    }
     if (PrivateMessageNumber(Event) == FocusCheckMessage) {
         // Posted at the loss of focus: only now is it known where the focus went.
         if (FEditing && !ListDropped() && !IsOwnWidget(QApplication::focusWidget())) FocusLeft();

@@ -113,6 +113,9 @@ protected:
 
 private:
     QPointer<QLineEdit> FEditor;
+    // The control as an object, to tell events apart without a typed look at
+    // a control that is being destroyed.
+    const QObject* FEditObject = nullptr;
 };
 
 // The editable combo box (enumerated cells). Its list takes the focus for a
@@ -142,4 +145,9 @@ private:
     void EnterPressed();
 
     QPointer<QComboBox> FEditor;
+    // The box, its edit and its list as objects: while the box is destroyed
+    // its parts still send events, and the box is no combo box any more.
+    const QObject* FBoxObject = nullptr;
+    const QObject* FLineObject = nullptr;
+    const QObject* FListObject = nullptr;
 };
