@@ -9,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-wine xvfb xauth
   openbox xdotool wmctrl x11-utils imagemagick jq
+  clang-14 libclang-rt-14-dev llvm-14
 )
 
 missing=()

@@ -365,11 +365,16 @@ void TWgIniFile::SetUseRegistry(bool Value) {
 }
 
 bool TWgIniFile::OpenKey(const AnsiString& Key, bool CanCreate) {
-    if (Key.empty() || SameName(Key, FCurrentPath)) return true;
-    return FSimple ? OpenSimpleKey(Key, CanCreate) : OpenFileKey(Key, CanCreate);
+    return OpenKey(Key, CanCreate, false);
 }
 
-bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate) {
+bool TWgIniFile::OpenKey(const AnsiString& Key, bool CanCreate, bool KeepValues) {
+    if (Key.empty() || SameName(Key, FCurrentPath)) return true;
+    return FSimple ? OpenSimpleKey(Key, CanCreate, KeepValues)
+                   : OpenFileKey(Key, CanCreate, KeepValues);
+}
+
+bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate, bool KeepValues) {
     const AnsiString delimiter(1, FDelimiter);
     AnsiString key = Key;
     TWgIniEntry* node;
@@ -397,9 +402,12 @@ bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate) {
     for (;;) {
         std::size_t end = key.find(FDelimiter, start);
         AnsiString component = key.substr(start, end == AnsiString::npos ? end : end - start);
-        if (component.empty()) return finish(false);
+        // Names are compared without their blanks, so a component of blanks
+        // names nothing: it could only find a nameless value, and a key made
+        // of it would be saved as its parent.
+        if (TrimAnsi(component).empty()) return finish(false);
         TWgIniEntry* child = node->FindChild(component);
-        if (!child) {
+        if (!child || (!child->IsKey && KeepValues)) {
             if (!CanCreate || depth + 1 > TWgIniEntry::MaxDepth) return finish(false);
             child = node->AddChild(component, true);
             FModified = true;
@@ -419,17 +427,17 @@ bool TWgIniFile::OpenFileKey(const AnsiString& Key, bool CanCreate) {
     return finish(true);
 }
 
-bool TWgIniFile::OpenSimpleKey(const AnsiString& Key, bool CanCreate) {
+bool TWgIniFile::OpenSimpleKey(const AnsiString& Key, bool CanCreate, bool KeepValues) {
     AnsiString name = Key;
     if (!name.empty() && name[0] == FDelimiter) name.erase(0, 1);
-    if (name.empty()) {
+    if (TrimAnsi(name).empty()) {
         ResetCurrent();
         return true;
     }
     TWgIniEntry* child = FRoot->FindChild(name);
     if (!child || !child->IsKey) {
         if (!CanCreate) return false;
-        if (!child) child = FRoot->AddChild(name, true);
+        if (!child || KeepValues) child = FRoot->AddChild(name, true);
         child->SetValueType(ivtNone);
         child->IsKey = true;
         FModified = true;
@@ -710,7 +718,7 @@ void TWgIniFile::LoadFromText(const AnsiString& Text) {
                                   ? line.substr(1, close - 1)
                                   : AnsiString(1, FDelimiter) + line.substr(1);
             if (path.empty() || path[0] != FDelimiter) path.insert(path.begin(), FDelimiter);
-            skipping = !OpenKey(path, true);
+            skipping = !OpenKey(path, true, true);
             continue;
         }
         if (skipping) continue;
@@ -823,7 +831,7 @@ void TWgIniFile::LoadFromBinary(TStream& Stream) {
                 AnsiString path = ReadString32(Stream);
                 if (path.empty() || path[0] != FDelimiter) path.insert(path.begin(), FDelimiter);
                 ResetCurrent();
-                skipping = !OpenKey(path, true);
+                skipping = !OpenKey(path, true, true);
                 continue;
             }
             if (marker != 0) throw EWgIniError(SBadMarker);

@@ -196,8 +196,13 @@ public:
     void LoadFromBinary(TStream& Stream);
 
 private:
-    bool OpenFileKey(const AnsiString& Key, bool CanCreate);
-    bool OpenSimpleKey(const AnsiString& Key, bool CanCreate);
+    // KeepValues: a value of a component's name stays and a key is made
+    // beside it; otherwise the value becomes the key. The loaders keep
+    // values: a store may hold a value and a key of one name, and the value
+    // is saved first.
+    bool OpenKey(const AnsiString& Key, bool CanCreate, bool KeepValues);
+    bool OpenFileKey(const AnsiString& Key, bool CanCreate, bool KeepValues);
+    bool OpenSimpleKey(const AnsiString& Key, bool CanCreate, bool KeepValues);
     // Opens Key, runs Work on the key (or null), and reopens the remembered path.
     template <typename TWork> auto AtKey(const AnsiString& Key, bool CanCreate, TWork&& Work);
     TWgIniEntry* ValueForWrite(const AnsiString& Key, const AnsiString& Name);

@@ -1,4 +1,4 @@
-#include "skin/Fuzz.h"
+#include "base/Fuzz.h"
 
 #include "skin/bitmap.h"
 #include "skin/data.h"
@@ -10,9 +10,12 @@
 
 int FuzzLzhExpand(const std::uint8_t* Data, std::size_t Size) {
     std::vector<std::uint8_t> out;
-    // The same bound as the reader's, so that a forged length stays cheap.
-    LzhExpandFrame(Data, Size, out, std::int64_t(Size) * SkinMaxExpansion + Lzh::N);
-    return 0;
+    try {
+        // The same bound as the reader's, so that a forged length stays cheap.
+        return LzhExpandFrame(Data, Size, out, std::int64_t(Size) * SkinMaxExpansion + Lzh::N);
+    } catch (const Exception&) {
+        return 0;
+    }
 }
 
 int FuzzQuickIni(const std::uint8_t* Data, std::size_t Size) {
@@ -24,30 +27,36 @@ int FuzzQuickIni(const std::uint8_t* Data, std::size_t Size) {
         ini.ReadString(s, "Image", "x");
         ini.ReadInteger(s, "Frame", 7);
     }
-    return 0;
+    return 1;
 }
 
 int FuzzSkinReader(const std::uint8_t* Data, std::size_t Size) {
     TSkinReader reader;
     TMemoryStream source(std::vector<std::uint8_t>(Data, Data + Size));
-    if (!reader.LoadFromStream(source)) return 0;
-    TMemoryStream member;
-    for (const AnsiString& name : reader.FileNames)
-        reader.GetFile(name, member);
-    AnsiString full;
-    reader.GetFileByPart(".ini", member, full);
-    return 0;
+    try {
+        if (!reader.LoadFromStream(source)) return 0;
+        TMemoryStream member;
+        for (const AnsiString& name : reader.FileNames)
+            reader.GetFile(name, member);
+        AnsiString full;
+        reader.GetFileByPart(".ini", member, full);
+    } catch (const Exception&) {
+        return 0;
+    }
+    return 1;
 }
 
 int FuzzBmp(const std::uint8_t* Data, std::size_t Size) {
     TMemoryBitmap bmp;
-    LoadBMP(Data, Size, bmp);
-    return 0;
+    return LoadBMP(Data, Size, bmp);
 }
 
 int FuzzSkinData(const std::uint8_t* Data, std::size_t Size) {
     TSkinDataModel model;
     model.SkinStream = TMemoryStream(std::vector<std::uint8_t>(Data, Data + Size));
-    model.ReadSkin();
-    return 0;
+    try {
+        return model.ReadSkin();
+    } catch (const Exception&) {
+        return 0;
+    }
 }

@@ -144,13 +144,21 @@ bool ReadHeader(const std::uint8_t* D, std::size_t Size, TBmpInfo& Info) {
     return Info.DataOffset <= Size;
 }
 
-bool ReadUncompressed(const std::uint8_t* D, std::size_t Size, const TBmpInfo& Info,
-                      TMemoryBitmap& Bmp) {
+std::int64_t Stride(const TBmpInfo& Info) {
+    return ((Info.Width * Info.Bits + 31) / 32) * 4;
+}
+
+// Whether the file holds every row: checked before the image is made, so
+// that a header alone cannot make us allocate for pixels that are not there.
+bool HoldsUncompressedRows(std::size_t Size, const TBmpInfo& Info) {
+    const std::int64_t lastRow = (Info.Width * Info.Bits + 7) / 8; // its padding may be missing
+    return std::int64_t(Info.DataOffset) + Stride(Info) * (Info.Height - 1) + lastRow <=
+           std::int64_t(Size);
+}
+
+void ReadUncompressed(const std::uint8_t* D, const TBmpInfo& Info, TMemoryBitmap& Bmp) {
     const std::int64_t w = Info.Width, h = Info.Height;
-    const std::int64_t stride = ((w * Info.Bits + 31) / 32) * 4;
-    const std::int64_t lastRow = (w * Info.Bits + 7) / 8; // its padding may be missing
-    if (std::int64_t(Info.DataOffset) + stride * (h - 1) + lastRow > std::int64_t(Size))
-        return false;
+    const std::int64_t stride = Stride(Info);
     for (std::int64_t row = 0; row < h; ++row) {
         const std::uint8_t* src = D + Info.DataOffset + std::size_t(row * stride);
         int y = int(Info.TopDown ? row : h - 1 - row);
@@ -181,7 +189,6 @@ bool ReadUncompressed(const std::uint8_t* D, std::size_t Size, const TBmpInfo& I
             dst[x] = p;
         }
     }
-    return true;
 }
 
 // Run-length data is forgiving: pixels outside the image are dropped, and a
@@ -231,12 +238,14 @@ bool LoadBMP(const std::uint8_t* Data, std::size_t Size, TMemoryBitmap& Target) 
     Target = TMemoryBitmap();
     TBmpInfo info;
     if (!Data || !ReadHeader(Data, Size, info)) return false;
+    const bool rle = info.Compression == BI_RLE8 || info.Compression == BI_RLE4;
+    if (!rle && !HoldsUncompressedRows(Size, info)) return false;
     TMemoryBitmap bmp(int(info.Width), int(info.Height), 0xFF000000u);
     if (bmp.Empty()) return false;
-    if (info.Compression == BI_RLE8 || info.Compression == BI_RLE4)
+    if (rle)
         ReadRle(Data, Size, info, bmp);
-    else if (!ReadUncompressed(Data, Size, info, bmp))
-        return false;
+    else
+        ReadUncompressed(Data, info, bmp);
     Target = std::move(bmp);
     return true;
 }

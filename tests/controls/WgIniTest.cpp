@@ -222,6 +222,60 @@ TEST(WgIni, BinaryFormatBytesAndRoundTrip) {
     EXPECT_EQ(load(skipped), ";Automatically generated file. DO NOT MODIFY!!!\r\n\r\n[a]\r\n");
 }
 
+// Found by fuzzing: stores whose saved form read back as another store, so
+// that every save changed them again. Loading must neither turn a value into
+// a key of the same name nor make a key whose name is all blanks.
+TEST(WgIni, BinaryFormOfEveryLoadedStoreReadsBackTheSame) {
+    using Bytes = std::vector<std::uint8_t>;
+    struct {
+        const char* Name;
+        Bytes File;
+        const char* Key; // where a value named Value must survive
+        const char* Value;
+    } cases[] = {
+        // A nameless integer in the root, then a key path of six zero bytes,
+        // the delimiter and a name: the blanks matched the nameless value.
+        {"blank component beside a nameless value",
+         {0, 0, 0, 0, 0, 2, 4,    0,   0,   0,   0x80, 0x80, 0x80, 0, 1,    18,   0,    0,   0,
+          0, 0, 0, 0, 0, 0, '\\', 'C', 'o', '(', 4,    0,    0,    0, 0xEC, 0xFF, 0xFF, 0xFF},
+         "\\",
+         ""},
+        // Key "flag", then back to the root and a value "flag": saved with the
+        // value first, the key then took the value's place.
+        {"key and value of one name",
+         {1, 4, 0, 0, 0,   'f', 'l', 'a', 'g', 1, 0, 0, 0, 0, 0,
+          4, 0, 0, 0, 'f', 'l', 'a', 'g', 1,   1, 0, 0, 0, 0},
+         "\\",
+         "flag"},
+        // A value "v", then a path of three control bytes, an empty component
+        // and "x": the first key was made before the path failed, and its own
+        // path could not open it again.
+        {"key named by blanks",
+         {0, 1, 0, 0, 0, 'v', 2, 4, 0, 0, 0, 1, 0, 0, 0, 1, 6, 0, 0, 0, 1, 2, 3, '\\', '\\', 'x'},
+         "\\",
+         "v"},
+    };
+    for (const auto& c : cases) {
+        TMemoryStream in(c.File), saved, twice;
+        TWgIniFile ini;
+        ini.LoadFromBinary(in);
+        EXPECT_TRUE(ini.ValueExists(c.Key, c.Value)) << c.Name;
+        ini.SaveToBinary(saved);
+        TMemoryStream back(saved.Data());
+        TWgIniFile again;
+        again.LoadFromBinary(back);
+        again.SaveToBinary(twice);
+        EXPECT_EQ(twice.Data(), saved.Data()) << c.Name;
+        EXPECT_TRUE(again.ValueExists(c.Key, c.Value)) << c.Name;
+    }
+    // Opening a path through the interface still turns a value into a key,
+    // but a component of blanks names nothing, not the nameless value.
+    TWgIniFile ini;
+    ini.WriteInteger("\\", "", 7);
+    EXPECT_FALSE(ini.OpenKey("\\ \\Sub", true));
+    EXPECT_EQ(ini.ReadInteger("\\", "", 0), 7);
+}
+
 TEST(WgIni, SimpleModeFlattensThroughTheFile) {
     TWgIniFile ini;
     ini.WriteBool("\\A\\B", "On", true);

@@ -1,4 +1,5 @@
 #include "skin/bitmap.h"
+#include "support/AllocationProbe.h"
 
 #include <gtest/gtest.h>
 
@@ -158,6 +159,26 @@ TEST(Bmp, MalformedGivesAnEmptyBitmap) {
         TMemoryBitmap b(3, 3);
         EXPECT_FALSE(LoadBMP(c.File, b)) << c.Name;
         EXPECT_TRUE(b.Empty()) << c.Name;
+    }
+}
+
+// A header that claims a large image without the rows behind it is refused
+// before the image is made: a few bytes must not cost 64 MB.
+TEST(Bmp, RowsAreCheckedBeforeTheImageIsMade) {
+    struct {
+        const char* Name;
+        Bytes File;
+    } cases[] = {
+        {"24 bits, no rows", Bmp(40, 4096, 4096, 24, 0, {}, {})},
+        {"1 bit, one row", Bmp(40, 4096, 4096, 1, 0, Palette(4, 2), Bytes(512, 0))},
+        {"bit fields, cut", Bmp(40, 2048, 2048, 32, 3, Bytes(12, 0xFF), Bytes(100, 0))},
+        {"core header", Bmp(12, 4000, 4000, 24, 0, {}, Bytes(16, 0))},
+    };
+    for (auto& c : cases) {
+        TAllocationProbe probe;
+        TMemoryBitmap b;
+        EXPECT_FALSE(LoadBMP(c.File, b)) << c.Name;
+        EXPECT_LT(probe.Largest(), 64 * c.File.size() + 4096) << c.Name;
     }
 }
 
