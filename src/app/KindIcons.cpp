@@ -8,9 +8,6 @@
 #include <QGuiApplication>
 #include <QImage>
 
-#include <algorithm>
-#include <cmath>
-
 QString ResourcesFolder() {
     const QString fromEnvironment = qEnvironmentVariable("LEXSMITH_RESOURCES");
     if (!fromEnvironment.isEmpty()) return fromEnvironment;
@@ -45,12 +42,8 @@ QPixmap KindPixmap(int Kind) {
     if (!LoadKindBitmap(Kind, bitmap)) return {};
     // Enlarged by a whole factor without smoothing for a dense screen, so the
     // icon's pixels stay sharp where the toolkit shows it (combo box rows).
-    const int factor = std::max(1, int(std::lround(qApp->devicePixelRatio())));
-    QImage image = ToQImage(bitmap, KindIconTransparentColor);
-    if (factor > 1)
-        image = image.scaled(image.size() * factor, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    image.setDevicePixelRatio(factor);
-    return QPixmap::fromImage(image);
+    return QPixmap::fromImage(
+        ToDenseQImage(bitmap, KindIconTransparentColor, qApp->devicePixelRatio()));
 }
 
 void DrawKindListItem(TCanvas& Canvas, const TRect& Rect, WideView Text, const TKVBitmap* Bitmap) {

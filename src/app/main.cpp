@@ -16,7 +16,6 @@
 #include "base/ui/Application.h"
 #include "base/ui/QtDialogs.h"
 
-#include <QGuiApplication>
 #include <QTimer>
 
 #include <cstdio>
@@ -61,8 +60,7 @@ int main(int argc, char** argv) {
     } catch (const std::exception& e) {
         std::fprintf(stderr, "lexsmith: %s\n", e.what());
         // Without a screen nobody could answer a box: the message above is all.
-        if (QGuiApplication::platformName() != QLatin1String("offscreen"))
-            app.ShowException(e.what());
+        if (!Headless()) app.ShowException(e.what());
         return 1;
     }
     dialogs.Parent = synForm.get();

@@ -29,34 +29,37 @@ void CheckReadsBack(const char* What, const TMemoryStream& Saved, TLoadSave&& Lo
 
 } // namespace
 
-int FuzzTreeItems(const std::uint8_t* Data, std::size_t Size) {
-    auto loadSave = [](TStream& In, TStream& Out) {
-        TWgTreeModel tree;
-        tree.Items().LoadFromStream(In);
-        tree.Items().SaveToStream(Out);
-    };
+namespace {
+
+// Loads the bytes; what loaded must save and read back the same. 0 when the
+// reader refused the bytes with one of our errors.
+template <typename TLoadSave>
+int LoadSaveReadsBack(const std::uint8_t* Data, std::size_t Size, const char* What,
+                      TLoadSave LoadSave) {
     TMemoryStream in(std::vector<std::uint8_t>(Data, Data + Size)), saved;
     try {
-        loadSave(in, saved);
+        LoadSave(in, saved);
     } catch (const Exception&) {
         return 0;
     }
-    CheckReadsBack("item stream", saved, loadSave);
+    CheckReadsBack(What, saved, LoadSave);
     return 1;
 }
 
+} // namespace
+
+int FuzzTreeItems(const std::uint8_t* Data, std::size_t Size) {
+    return LoadSaveReadsBack(Data, Size, "item stream", [](TStream& In, TStream& Out) {
+        TWgTreeModel tree;
+        tree.Items().LoadFromStream(In);
+        tree.Items().SaveToStream(Out);
+    });
+}
+
 int FuzzHeaderSections(const std::uint8_t* Data, std::size_t Size) {
-    auto loadSave = [](TStream& In, TStream& Out) {
+    return LoadSaveReadsBack(Data, Size, "section stream", [](TStream& In, TStream& Out) {
         TWgHeaderModel header;
         header.Sections().LoadFromStream(In);
         header.Sections().SaveToStream(Out);
-    };
-    TMemoryStream in(std::vector<std::uint8_t>(Data, Data + Size)), saved;
-    try {
-        loadSave(in, saved);
-    } catch (const Exception&) {
-        return 0;
-    }
-    CheckReadsBack("section stream", saved, loadSave);
-    return 1;
+    });
 }

@@ -54,6 +54,15 @@ QImage ToQImage(const TMemoryBitmap& Bitmap, TColor TransparentColor) {
     return image;
 }
 
+QImage ToDenseQImage(const TMemoryBitmap& Bitmap, TColor TransparentColor, qreal Ratio) {
+    const int factor = std::max(1, int(std::lround(Ratio)));
+    QImage image = ToQImage(Bitmap, TransparentColor);
+    if (factor > 1)
+        image = image.scaled(image.size() * factor, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    image.setDevicePixelRatio(factor);
+    return image;
+}
+
 TQtCanvas::TQtCanvas(QPainter& Painter, const QPalette* Palette)
     : FScreen(&Painter), FTarget(&Painter), FPalette(Palette) {
     FontChanged();
@@ -227,13 +236,10 @@ void TQtCanvas::DrawBitmapScaled(const QRect& Target, const TMemoryBitmap& Bitma
     // pixels stay sharp squares; only the rest to a fractional ratio is
     // smoothed, and never for a stretched copy, which keeps hard edges.
     const qreal ratio = DevicePixelRatio();
-    const int factor = std::max(1, int(std::lround(ratio)));
-    QImage image = ToQImage(Bitmap, TransparentColor);
-    if (factor > 1)
-        image = image.scaled(image.size() * factor, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    const QImage image = ToDenseQImage(Bitmap, TransparentColor, ratio);
     FTarget->save();
     FTarget->setRenderHint(QPainter::SmoothPixmapTransform,
-                           !Stretched && std::abs(ratio - factor) > 0.01);
+                           !Stretched && std::abs(ratio - image.devicePixelRatio()) > 0.01);
     FTarget->drawImage(Target, image);
     FTarget->restore();
 }

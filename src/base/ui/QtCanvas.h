@@ -18,6 +18,10 @@ class QPalette;
 QFont ToQFont(const TFont& Font);
 // Our bitmap as an image; pixels of TransparentColor become transparent.
 QImage ToQImage(const TMemoryBitmap& Bitmap, TColor TransparentColor = clNone);
+// The same for a screen of pixel density Ratio: enlarged by the nearest whole
+// factor without smoothing, so the bitmap's pixels stay sharp squares, and
+// marked with that factor as its own density.
+QImage ToDenseQImage(const TMemoryBitmap& Bitmap, TColor TransparentColor, qreal Ratio);
 
 class TQtCanvas : public TCanvas {
 public:

@@ -57,8 +57,12 @@ QStringList ToQtNameFilters(const WideString& Filter) {
     return result;
 }
 
+bool Headless() {
+    return QGuiApplication::platformName() == QLatin1String("offscreen");
+}
+
 int TQtDialogs::MessageBox(const WideString& Text, const WideString& Caption, unsigned Flags) {
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+    if (Headless()) {
         // Nobody can answer a box without a screen: say it on the error
         // stream and take the answer of Escape, so a headless run never waits.
         std::fprintf(stderr, "%s: %s\n", qPrintable(Q(Caption)), qPrintable(Q(Text)));

@@ -25,5 +25,8 @@ public:
 // "Name|*.a|Other|*.b" as Qt's name filters "Name (*.a)", "Other (*.b)".
 QStringList ToQtNameFilters(const WideString& Filter);
 
+// True without a screen (the offscreen platform): nobody could answer a box.
+bool Headless();
+
 // The installed dialogs, or Qt's own when nobody installed any.
 TDialogs& InstalledDialogs();
