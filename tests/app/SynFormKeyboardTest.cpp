@@ -195,6 +195,18 @@ TEST_F(SynFormKeyboardTest, KeysTypedDuringTheEditDelayStartTheValue) {
     EXPECT_EQ(tree->Items().Item(5)->ColumnTextAt(0), u"until");
 }
 
+// The list marks its first row when it gets the focus but does not choose
+// it; Space chooses it and shows the group's items.
+TEST_F(SynFormKeyboardTest, SpaceChoosesTheMarkedGroup) {
+    Key(Qt::Key_5, Qt::ControlModifier); // class completion
+    ASSERT_EQ(QApplication::focusWidget(), Form->Pages.lbMenu);
+    ASSERT_GT(Form->Pages.lbMenu->count(), 0);
+    EXPECT_EQ(Form->Pages.lbMenuItem->count(), 0);
+    Key(Qt::Key_Space);
+    EXPECT_EQ(Form->Pages.lbMenu->ItemIndex(), 0);
+    EXPECT_GT(Form->Pages.lbMenuItem->count(), 0);
+}
+
 TEST_F(SynFormKeyboardTest, ToolbarButtonsAreReachedByTabAndClickWithSpace) {
     Key(Qt::Key_2, Qt::ControlModifier); // keywords
     ASSERT_EQ(QApplication::focusWidget(), Form->Pages.lbMenu);

@@ -194,9 +194,11 @@ void TUniListBox::mouseReleaseEvent(QMouseEvent* Event) {
 }
 
 void TUniListBox::keyPressEvent(QKeyEvent* Event) {
-    const int before = currentRow();
+    // The chosen row, not the row with the focus mark: a list that gets the
+    // focus marks its first row unchosen, and Space or an arrow then chooses it.
+    const int before = ItemIndex();
     QListWidget::keyPressEvent(Event);
-    if (OnClick && currentRow() != before && ItemIndex() >= 0) OnClick(this);
+    if (OnClick && ItemIndex() != before && ItemIndex() >= 0) OnClick(this);
 }
 
 // --- TUniEdit ---------------------------------------------------------------
