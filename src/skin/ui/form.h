@@ -1,0 +1,120 @@
+#pragma once
+// TVeneerForm: the skinned frame of one top-level window. The window turns
+// frameless, its contents margins become the frame, and a frame widget on
+// top of it, masked to that ring, paints title, borders and title buttons
+// and takes the mouse there. Detach puts every flag, margin, mask, size
+// limit and colour back as it was.
+
+#include "skin/form.h"
+
+#include <QMargins>
+#include <QObject>
+#include <QPalette>
+#include <QPointer>
+#include <QRegion>
+#include <QSize>
+#include <QTimer>
+#include <QWidget>
+
+class TSkinData;
+class TSkinManage;
+class TVeneerForm;
+class QMenu;
+
+// The widget that stands for the frame: it covers the form, is masked to
+// the ring around the client area, and hands paint and mouse to its form skin.
+class TVeneerFrame : public QWidget {
+    Q_OBJECT
+public:
+    TVeneerFrame(TVeneerForm& Owner, QWidget* Form);
+
+protected:
+    void paintEvent(QPaintEvent* Event) override;
+    void mousePressEvent(QMouseEvent* Event) override;
+    void mouseMoveEvent(QMouseEvent* Event) override;
+    void mouseReleaseEvent(QMouseEvent* Event) override;
+    void mouseDoubleClickEvent(QMouseEvent* Event) override;
+    void leaveEvent(QEvent* Event) override;
+
+private:
+    TVeneerForm& FOwner;
+};
+
+// Skin states of a form skin.
+enum TVeneerState : std::uint8_t {
+    ssAttached = 0,
+    ssRunning = 1,
+    ssRefreshing = 3,
+    ssDestroying = 4,
+    ssResizing = 5,
+    ssDead = 6,
+};
+
+class TVeneerForm : public QObject {
+    Q_OBJECT
+public:
+    explicit TVeneerForm(TSkinData& Data);
+    ~TVeneerForm() override;
+
+    // Attaches to Form: frameless, margins, size, outline. Once.
+    void SetupWithForm(QWidget* Form);
+    // The start of the skinning proper, posted after the attachment.
+    void Begin();
+    // Gives the window its own frame back.
+    void Detach();
+
+    QWidget* Form() const { return FForm; }
+    TSkinData& Skin() const { return *FSkin; }
+    TFormFrame Frame;
+    TVeneerState SkinState = ssAttached;
+    bool FormSkin = false; // the frame is skinned (the data has xcMainMenu)
+    bool Dead() const { return SkinState == ssDead || !FForm; }
+
+    void RebuildButtons();
+    void ResizeToFrame(bool UseClient);
+    void SetRegion();
+    void Refresh();
+    void PaintFrame(QPainter& Painter);
+    void ShowSystemMenu(QPoint WindowPoint);
+    // Window-style bits that stand for the widget's window flags.
+    static std::uint32_t StyleOf(const QWidget* Form);
+    // The class name the frame rules read ("TMessageForm" for message boxes).
+    static AnsiString ClassNameOf(const QWidget* Form);
+
+    // Mouse on the frame, in window coordinates.
+    void FramePress(QPoint P, Qt::MouseButton Button);
+    void FrameMove(QPoint P, Qt::MouseButtons Buttons);
+    void FrameRelease(QPoint P, Qt::MouseButton Button);
+    void FrameDoubleClick(QPoint P);
+    void FrameLeave();
+
+    // Least width of the resize ring, whatever the skin's border.
+    static constexpr int ResizeGrip = 6;
+
+protected:
+    bool eventFilter(QObject* Watched, QEvent* Event) override;
+
+private:
+    TSkinData* FSkin;
+    QPointer<QWidget> FForm;
+    QPointer<TVeneerFrame> FFrame;
+    QPointer<QMenu> FSysMenuPopup;
+    QTimer FTimer; // hover clean-up
+    bool FSetupDone = false;
+    bool FPendingMove = false;
+    QPoint FPressAt;
+
+    // What Detach restores.
+    Qt::WindowFlags FSavedFlags;
+    QMargins FSavedMargins;
+    QRegion FSavedMask;
+    QPalette FSavedPalette;
+    bool FSavedAutoFill = false;
+    QSize FSavedMinimum, FSavedMaximum;
+    bool FSavedPaletteSet = false;
+
+    void HoverTimer();
+    void UpdateFrameWidget();
+    void Run(const TFrameAction& Action);
+    void SyncState();
+};
