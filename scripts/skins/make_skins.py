@@ -206,7 +206,7 @@ LIGHT = dict(
     menubar=((242, 244, 247), (230, 233, 238)), menu=(251, 252, 253),
     glyph=(255, 255, 255), glyph_off=(104, 110, 122), check=(36, 98, 178),
     track=(226, 229, 234), thumb=((198, 204, 214), (182, 189, 201)), thumb_line=(150, 157, 170),
-    custom=[(46, 116, 204), (214, 58, 52), (56, 158, 92), (230, 150, 30), (128, 84, 190),
+    custom=[(46, 116, 204), (196, 214, 238), (150, 176, 214), (96, 112, 140), (128, 84, 190),
             (40, 160, 170), (120, 120, 120), (0, 0, 0), (255, 255, 255), (250, 232, 160)],
 )
 
@@ -225,7 +225,7 @@ DARK = dict(
     menubar=((44, 46, 51), (38, 40, 45)), menu=(40, 42, 47),
     glyph=(220, 222, 226), glyph_off=(120, 124, 130), check=(98, 176, 244),
     track=(36, 38, 42), thumb=((84, 88, 96), (72, 76, 84)), thumb_line=(100, 105, 115),
-    custom=[(86, 168, 238), (230, 90, 84), (96, 196, 128), (240, 176, 70), (170, 128, 230),
+    custom=[(86, 168, 238), (120, 130, 150), (24, 25, 28), (70, 74, 82), (170, 128, 230),
             (80, 196, 204), (150, 150, 150), (0, 0, 0), (255, 255, 255), (90, 80, 40)],
 )
 
@@ -236,44 +236,39 @@ def rgb_text(c):
 
 # ---------------------------------------------------------------- images
 
-def title_bar(t):
-    """Top border: 2 frames stacked (active, inactive), 30 high, rounded top
-    corners on magenta."""
-    frames = []
-    for grad, line in ((t["title"], t["title_line"]), (t["title_off"], t["title_line_off"])):
-        img = Image(120, 30)
-        img.vgrad(0, 0, 120, 30, grad[0], grad[1])
-        img.fill(0, 0, 120, 1, line)
-        img.fill(0, 0, 1, 30, line)
-        img.fill(119, 0, 120, 30, line)
-        img.fill(1, 1, 119, 2, mix(grad[0], (255, 255, 255), 0.25))
-        img.round_corners(0, 0, 120, 30, 5, "tl tr", outline=line)
-        frames.append(img)
-    return stack(frames)
+TITLE_H, SIDE_W, BOTTOM_H = 30, 4, 4
 
 
-def side_border(t):
-    """Left or right border: 2 frames side by side, 4 wide."""
-    frames = []
-    for col, line in ((t["border"], t["title_line"]), (t["border_off"], t["title_line_off"])):
-        img = Image(4, 8, col)
-        img.fill(0, 0, 1, 8, line)
-        img.fill(3, 0, 4, 8, mix(col, line, 0.5))
-        frames.append(img)
-    return frames
+def crop(img, x0, y0, x1, y1):
+    out = Image(x1 - x0, y1 - y0)
+    for y in range(y0, y1):
+        out.px[y - y0] = img.px[y][x0:x1]
+    return out
 
 
-def bottom_border(t):
-    frames = []
-    for col, line in ((t["border"], t["title_line"]), (t["border_off"], t["title_line_off"])):
-        img = Image(24, 4, col)
-        img.fill(0, 3, 24, 4, line)
-        img.fill(0, 0, 1, 4, line)
-        img.fill(23, 0, 24, 4, line)
-        img.fill(4, 0, 20, 1, mix(col, line, 0.5))
-        img.round_corners(0, 0, 24, 4, 2, "bl br", outline=line)
-        frames.append(img)
-    return stack(frames)
+def window_frames(t):
+    """The whole frame of a small window, active and inactive, drawn in one
+    piece and then cut into the four parts the painter puts together: the
+    left and right parts carry the rounded corners of the title and of the
+    bottom, so the parts meet without a seam at any window size."""
+    w, h = 120, TITLE_H + 8 + BOTTOM_H
+    parts = {"top": [], "left": [], "right": [], "bottom": []}
+    for grad, col, line in ((t["title"], t["border"], t["title_line"]),
+                            (t["title_off"], t["border_off"], t["title_line_off"])):
+        img = Image(w, h, col)
+        img.vgrad(0, 0, w, TITLE_H, grad[0], grad[1])
+        img.fill(1, 1, w - 1, 2, mix(grad[0], (255, 255, 255), 0.25))
+        img.fill(SIDE_W - 1, TITLE_H, SIDE_W, h - BOTTOM_H, mix(col, line, 0.5))
+        img.fill(w - SIDE_W, TITLE_H, w - SIDE_W + 1, h - BOTTOM_H, mix(col, line, 0.5))
+        img.fill(SIDE_W, h - BOTTOM_H, w - SIDE_W, h - BOTTOM_H + 1, mix(col, line, 0.5))
+        img.frame(0, 0, w, h, line)
+        img.round_corners(0, 0, w, h, 5, "tl tr", outline=line)
+        img.round_corners(0, 0, w, h, 2, "bl br", outline=line)
+        parts["left"].append(crop(img, 0, 0, SIDE_W, h))
+        parts["right"].append(crop(img, w - SIDE_W, 0, w, h))
+        parts["top"].append(crop(img, SIDE_W, 0, w - SIDE_W, TITLE_H))
+        parts["bottom"].append(crop(img, SIDE_W, h - BOTTOM_H, w - SIDE_W, h))
+    return parts
 
 
 def title_button(t, glyph):
@@ -678,11 +673,11 @@ def make_skin(t, out):
             f.write(bmp_bytes(img))
         return name
 
-    left = side_border(t)
-    save("top.bmp", title_bar(t))
-    save("left.bmp", strip(left))
-    save("right.bmp", strip([mirror(c) for c in left]))
-    save("bottom.bmp", bottom_border(t))
+    frames = window_frames(t)
+    save("top.bmp", stack(frames["top"]))
+    save("left.bmp", strip(frames["left"]))
+    save("right.bmp", strip(frames["right"]))
+    save("bottom.bmp", stack(frames["bottom"]))
     save("close.bmp", title_button(t, "close"))
     save("maximize.bmp", title_button(t, "max"))
     save("restore.bmp", title_button(t, "restore"))
@@ -732,16 +727,20 @@ TopStretch=1
 TopTrans=1
 Left=left.bmp
 LeftFrame=2
+LeftTopHeight=30
+LeftBotHeight=4
 LeftStretch=1
-LeftTrans=0
+LeftTrans=1
 Right=right.bmp
 RightFrame=2
+RightTopHeight=30
+RightBotHeight=4
 RightStretch=1
-RightTrans=0
+RightTrans=1
 Bottom=bottom.bmp
 BottomFrame=2
-BottomTopHeight=6
-BottomBotHeight=6
+BottomTopHeight=4
+BottomBotHeight=4
 BottomStretch=1
 BottomTrans=1
 TextShift=30
@@ -1098,10 +1097,12 @@ def preview(t, files, path):
     face = t["face"]
     canvas = Image(W + 20, H + 20, (128, 132, 140) if t is LIGHT else (90, 94, 100))
     win = Image(W, H, face)
-    win.blit(nine(files["top.bmp"], 1, 2, True, (12, 0, 12, 0), W, 30), 0, 0)
-    win.blit(nine(files["left.bmp"], 1, 2, False, (0, 0, 0, 0), 4, H - 34), 0, 30)
-    win.blit(nine(files["right.bmp"], 1, 2, False, (0, 0, 0, 0), 4, H - 34), W - 4, 30)
-    win.blit(nine(files["bottom.bmp"], 1, 2, True, (6, 0, 6, 0), W, 4), 0, H - 4)
+    # As the engine puts the frame together: the sides full height with the
+    # corners, top and bottom between them.
+    win.blit(nine(files["left.bmp"], 1, 2, False, (0, 30, 0, 4), 4, H), 0, 0, True)
+    win.blit(nine(files["right.bmp"], 1, 2, False, (0, 30, 0, 4), 4, H), W - 4, 0, True)
+    win.blit(nine(files["top.bmp"], 1, 2, True, (12, 0, 12, 0), W - 8, 30), 4, 0)
+    win.blit(nine(files["bottom.bmp"], 1, 2, True, (4, 0, 4, 0), W - 8, 4), 4, H - 4)
     for name, x in (("close.bmp", 34), ("maximize.bmp", 64), ("minimize.bmp", 94)):
         win.blit(cell(files[name], 3 if name == "close.bmp" else 1, 4), W - x, 5, True)
     win.blit(nine(files["menubar.bmp"], 1, 2, True, (2, 0, 2, 0), W - 8, 20), 4, 30)

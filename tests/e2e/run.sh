@@ -447,8 +447,120 @@ case_sheet_keys() {
     return $CASE_FAILED
 }
 
+# --- the skinned window ---------------------------------------------------------
+#
+# With a skin the window has no frame of the window manager: the program
+# draws title, borders and title buttons itself. The title buttons of our
+# skins are 28x20, right-aligned: close 34, maximize and restore 64,
+# minimize 94 pixels from the right edge, 5 from the top.
+
+use_skin() {
+    printf '[Customize]\nSkinEnabled=1\nDontSkinCaption=0\nSkin=%s\n' "$1" \
+        >"$CASE_DIR/appdata/Scribex.ini"
+}
+
+# The pixel at X Y of the screen as "r,g,b".
+screen_pixel() {
+    import -silent -window root -crop "1x1+$1+$2" +repage txt:- 2>/dev/null |
+        sed -n '2s/.*(\([0-9]*\),\([0-9]*\),\([0-9]*\).*/\1,\2,\3/p'
+}
+
+# settle WINDOW: waits until the window's geometry stops changing.
+settle() {
+    local last='' now i
+    for ((i = 0; i < 15; i++)); do
+        window_geometry "$1" || return 1
+        now="$WX,$WY,${WW}x$WH"
+        [ "$now" = "$last" ] && return 0
+        last=$now
+        sleep 0.15
+    done
+}
+
+# drag X0 Y0 X1 Y1: a press, a move in two steps, a release, in screen points.
+drag() {
+    move_pointer "$1" "$2" || return 1
+    xdotool mousedown 1
+    sleep 0.15
+    xdotool mousemove $((($1 + $3) / 2)) $((($2 + $4) / 2))
+    sleep 0.15
+    xdotool mousemove "$3" "$4"
+    sleep 0.2
+    xdotool mouseup 1
+}
+
+# The frame is the skin's: no frame of the window manager, the title bar's
+# corners cut out of the window, the title's colour from the skin; the
+# title moves the window, the right border resizes it, the maximize button
+# maximizes and the same place then restores.
+case_skin_frame() {
+    use_skin "Lexsmith Light.skn"
+    app_start -- "$CASE_DIR/lua.syx" || return 1
+    settle "$APP_WIN"
+    FL=0 FR=0 FT=0 FB=0
+    frame_extents "$APP_WIN" || true
+    check "the window manager framed the skinned window (${FL},${FR},${FT},${FB})" \
+        test "$FL$FR$FT$FB" = 0000
+    window_geometry "$APP_WIN" || return 1
+    local x=$WX y=$WY w=$WW h=$WH corner title
+    corner=$(screen_pixel "$x" "$y")
+    title=$(screen_pixel $((x + w / 2)) $((y + 3)))
+    check "the top-left corner is not cut out of the window (root shows 0,0,0; got $corner)" \
+        test "$corner" = "0,0,0"
+    check "the title bar is not the skin's blue (got $title)" \
+        awk -F, -v c="$title" 'BEGIN { split(c, p, ","); exit !(p[3] > p[1] + 60) }'
+
+    drag $((x + 200)) $((y + 12)) $((x + 260)) $((y + 52))
+    settle "$APP_WIN"
+    check "dragging the title did not move the window down and right (from $x,$y to $WX,$WY)" \
+        test "$WX" -gt $((x + 10)) -a "$WY" -gt $((y + 10)) -a "$WW" = "$w"
+    x=$WX y=$WY
+    drag $((x + w - 2)) $((y + h / 2)) $((x + w + 48)) $((y + h / 2))
+    settle "$APP_WIN"
+    check "dragging the right border did not widen the window by 50 (${w} to ${WW})" \
+        test "$WW" = $((w + 50)) -a "$WX" = "$x"
+    w=$WW
+
+    click_at "$APP_WIN" $((w - 50)) 15
+    settle "$APP_WIN"
+    check "the maximize button did not fill the screen (${WX},${WY} ${WW}x${WH})" \
+        test "$WX,$WY,${WW}x$WH" = "0,0,1280x1024"
+    click_at "$APP_WIN" $((1280 - 50)) 15
+    settle "$APP_WIN"
+    check "the restore button did not give the window its size back (${WW}x${WH}, was ${w}x${h})" \
+        test "${WW}x$WH" = "${w}x$h"
+    check "the editor did not survive" pid_alive "$APP_PID"
+    return $CASE_FAILED
+}
+
+# The skin's close button goes the way of the window's own close: with a
+# changed document it asks first, and Cancel keeps the window.
+case_skin_close() {
+    use_skin "Lexsmith Dark.skn"
+    local file=$CASE_DIR/lua.syx
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    settle "$APP_WIN"
+    make_change "-- typed under a skin"
+    window_geometry "$APP_WIN" || return 1
+    click_at "$APP_WIN" $((WW - 20)) 15
+    if ! PROMPT=$(wait_window '^KV Scribex Message$' "$APP_PID"); then
+        note "the close button of the skin asked nothing; windows: $(window_names "$APP_PID")"
+        return 1
+    fi
+    FL=0 FR=0 FT=0 FB=0
+    frame_extents "$PROMPT" || true
+    check "the question is not skinned: the window manager framed it" test "$FL$FR$FT$FB" = 0000
+    focus_window "$PROMPT" || true
+    keys Escape
+    check "Cancel did not close the question" wait_window_gone "$PROMPT" || return 1
+    check "Cancel closed the main window" window_viewable "$APP_WIN"
+    check "Cancel wrote the file" cmp -s "$CASE_DIR/original.syx" "$file"
+    return $CASE_FAILED
+}
+
 ALL_CASES=(open_save mouse_edit keyboard_edit memo_typing menu_keys menu_save_as
-    close_prompt min_size scaled_fits sheet_keys)
+    close_prompt min_size scaled_fits sheet_keys skin_frame skin_close)
 
 # ------------------------------------------------------------------ the runner
 

@@ -549,7 +549,7 @@ void TVeneerForm::Run(const TFrameAction& Action) {
         QMetaObject::invokeMethod(FForm, "close", Qt::QueuedConnection);
         break;
     case fcMaximize:
-        Frame.Hot = -1;
+        Frame.MouseLeave();
         if (Frame.WindowState == wsMaximized)
             FForm->showNormal();
         else
