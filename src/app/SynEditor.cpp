@@ -8,6 +8,7 @@
 #include "base/ui/Layouts.h"
 #include "base/ui/QtDialogs.h"
 #include "base/ui/Tag.h"
+#include "controls/SkinPalette.h"
 #include "controls/WgGlyphs.h"
 #include "controls/WgMenuBarDraw.h"
 #include "controls/ui/PlusPageControl.h"
@@ -16,6 +17,7 @@
 #include "controls/ui/WgPgCtl.h"
 #include "controls/ui/WgToolBar.h"
 #include "controls/ui/WindowPalette.h"
+#include "skin/ui/data.h"
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
 #include "tree/ui/WgTree.h"
@@ -243,6 +245,7 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this, &Document) {
     WgTree2->Tree().Items().Clear();
     // The companion editor's skin choice, and the window's colours.
     SkinChoice = ChooseSkin(ReadScribexSettings(appData + PathDelim + "Scribex.ini"), appData);
+    CreateSkinData();
     ApplySkinPalette();
     // A new document.
     Modified = false;
@@ -272,9 +275,11 @@ void TSynForm::CreateMenu() {
     WgMainMenu1.SystemFont = false;
     WgMainMenu1.Font = Tahoma(-11);
     WgMainMenu1.Tag = DisableTag;
-    // The two top items are drawn here: caption centred, no accelerator.
-    auto drawTopMenuItem = [](TWgMenuItem* Sender, TCanvas& Canvas, TRect R, bool Selected) {
-        DrawTopMenuItemCaption(Canvas, R, Selected, Sender->Caption());
+    // The two top items are drawn here: caption centred, no accelerator, in
+    // the colours of the skin that is active when they are painted.
+    auto drawTopMenuItem = [this](TWgMenuItem* Sender, TCanvas& Canvas, TRect R, bool Selected) {
+        DrawTopMenuItemCaption(Canvas, R, Selected, Sender->Caption(),
+                               TopMenuItemColorsOf(ActiveSkin()));
     };
     auto command = [this](void (TSynForm::*Handler)()) {
         return [this, Handler](TWgMenuItem*) { (this->*Handler)(); };
@@ -501,9 +506,31 @@ void TSynForm::CreateStatusBar() {
     }
 }
 
+const TSkinDataModel* TSynForm::ActiveSkin() const {
+    return SkinData && SkinData->Active() && !SkinData->Empty ? SkinData : nullptr;
+}
+
+void TSynForm::CreateSkinData() {
+    // The component as the form stores it, then its start, then the
+    // settings' choice on top.
+    SkinData = new TSkinData(this);
+    SkinData->setObjectName("SkinData");
+    SkinData->DisableTag = 99;
+    SkinData->SkinFormtype = sfMainform;
+    SkinData->Options = 1u << xoPreview;
+    SkinData->MenuUpdate = true;
+    SkinData->MenuMerge = false;
+    SkinData->Skin3rd = DefaultSkin3rd();
+    SkinData->Skin3rd.push_back("TPlusPageControl=nil");
+    SkinData->Loaded();
+    SkinData->SkinControls = SkinChoice.SkinControls;
+    SkinData->SetSkinFile(SkinChoice.SkinFile);
+    SkinData->SetActive(SkinChoice.Active);
+    // The skin reaches only the toolkit's own dialogs.
+    TQtDialogs::SetNativeFileDialogs(!ActiveSkin());
+}
+
 void TSynForm::ApplySkinPalette() {
-    // The skin engine does not paint windows yet, so the window keeps the
-    // plain look also when the settings name an existing skin.
     TPaletteTargets targets;
     targets.Form = this;
     targets.Panel1 = Panel1;
@@ -516,7 +543,8 @@ void TSynForm::ApplySkinPalette() {
     targets.WgPanel1 = WgPanel1;
     targets.PageControl = WgPageControl1;
     targets.PlusPageControl = PlusPageControl1;
-    ApplyPlainPalette(PlainWindowPalette(), targets);
+    targets.Trees = {WgTree1, WgTree2, WgTreeFold};
+    ApplyWindowPalette(ActiveSkin(), targets);
 }
 
 // --- Document ---------------------------------------------------------------

@@ -14,6 +14,9 @@
 #include "controls/WgMenu.h"
 #include "document/KVSyntax.h"
 #include "settings/ScribexSettings.h"
+#include "skin/data.h"
+
+class TSkinData;
 #include "tree/WgTypes.h"
 
 #include <QStringList>
@@ -90,6 +93,10 @@ public:
     TFileDialogParams OpenDialog, SaveDialog;
     // The skin choice read from the companion editor's settings at start.
     TSkinChoice SkinChoice;
+    // The loaded skin while it is active, null for the plain look.
+    const TSkinDataModel* ActiveSkin() const;
+    // The skin component of the form (owned by the form).
+    TSkinData* SkinData = nullptr;
 
     // ---- controls, top to bottom
     TWgImageList MainMenuImageList;
@@ -168,6 +175,7 @@ private:
     void CreateBlockPage();
     void CreateToolbars();
     void CreateStatusBar();
+    void CreateSkinData();
     void ApplySkinPalette();
     // Fresh Options (OptionCount empty entries), Blocks, Folds and Header.
     void NewTransferLists(int OptionCount);

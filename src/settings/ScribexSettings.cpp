@@ -56,11 +56,12 @@ TScribexSettings ReadScribexSettings(const AnsiString& FileName) {
 TSkinChoice ChooseSkin(const TScribexSettings& Settings, const AnsiString& AppData) {
     TSkinChoice choice;
     if (Settings.SkinEnabled) {
-        for (TSkinControl c :
+        for (TSkinControlType c :
              {xcCombo, xcCheckBox, xcRadioButton, xcProgress, xcScrollbar, xcEdit, xcButton,
               xcBitBtn, xcSpeedButton, xcPanel, xcGroupBox, xcStatusBar, xcTab, xcSystemMenu})
-            choice.SkinControls |= SkinControlBit(c);
-        if (!Settings.DontSkinCaption) choice.SkinControls |= SkinControlBit(xcMainMenu);
+            choice.SkinControls |= TSkinControlTypes(1) << c;
+        // xcMainMenu also decides whether the window frame is skinned.
+        if (!Settings.DontSkinCaption) choice.SkinControls |= TSkinControlTypes(1) << xcMainMenu;
     }
     choice.SkinFile = AppData + PathDelim + "skins" + PathDelim + Settings.Skin;
     choice.Active = Settings.SkinEnabled && FileExists(choice.SkinFile);

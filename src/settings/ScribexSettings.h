@@ -1,9 +1,11 @@
 #pragma once
 // Where the companion editor keeps its per-user files, what of its settings
 // this program reads (the skin choice), and which controls a chosen skin
-// would paint. The settings file is read and never written.
+// would paint, in the skin engine's own set. The settings file is read and
+// never written.
 
 #include "base/Types.h"
+#include "skin/data.h"
 
 #include <cstdint>
 #include <functional>
@@ -37,32 +39,9 @@ struct TScribexSettings {
 // 0 (decimal or "$" hexadecimal), and a value that is no integer reads as false.
 TScribexSettings ReadScribexSettings(const AnsiString& FileName);
 
-// The classes of controls a skin paints.
-enum TSkinControl : std::uint8_t {
-    xcCombo,
-    xcCheckBox,
-    xcRadioButton,
-    xcProgress,
-    xcScrollbar,
-    xcEdit,
-    xcButton,
-    xcBitBtn,
-    xcSpeedButton,
-    xcPanel,
-    xcGroupBox,
-    xcStatusBar,
-    xcTab,
-    xcSystemMenu,
-    xcMainMenu,
-};
-using TSkinControls = std::uint32_t; // bit n set: TSkinControl n
-constexpr TSkinControls SkinControlBit(TSkinControl C) {
-    return TSkinControls(1) << C;
-}
-
 struct TSkinChoice {
-    TSkinControls SkinControls = 0;
-    AnsiString SkinFile; // set whether or not skinning is wanted
+    TSkinControlTypes SkinControls = 0; // the skin engine's set of skinned controls
+    AnsiString SkinFile;                // set whether or not skinning is wanted
     bool Active = false;
 };
 

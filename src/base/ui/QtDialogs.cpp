@@ -23,28 +23,35 @@ AnsiString ToNarrowPath(const QString& Path) {
     return QFile::encodeName(Path).toStdString();
 }
 
-bool RunFileDialog(QWidget* Parent, bool OwnWidgets, TFileDialogParams& Params, bool Save) {
-    QFileDialog dialog(Parent, Q(Params.Title));
-    dialog.setAcceptMode(Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(Save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    if (OwnWidgets) dialog.setOption(QFileDialog::DontUseNativeDialog);
-    if (!Params.OverwritePrompt) dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    const QStringList filters = ToQtNameFilters(Params.Filter);
-    dialog.setNameFilters(filters);
-    if (Params.FilterIndex >= 1 && Params.FilterIndex <= filters.size())
-        dialog.selectNameFilter(filters[Params.FilterIndex - 1]);
-    if (!Params.DefaultExt.empty()) dialog.setDefaultSuffix(Q(Params.DefaultExt));
-    if (!Params.InitialDir.empty()) dialog.setDirectory(FromNarrowPath(Params.InitialDir));
-    if (!Params.FileName.empty()) dialog.selectFile(FromNarrowPath(Params.FileName));
+bool NativeDialogs = true;
+
+bool RunFileDialog(QWidget* Parent, TFileDialogParams& Params, bool Save) {
+    QFileDialog dialog(Parent);
+    PrepareFileDialog(dialog, Params, Save);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
     Params.FileName = ToNarrowPath(dialog.selectedFiles().first());
     // Equal filter texts are told apart by position: the first match wins.
-    const int index = filters.indexOf(dialog.selectedNameFilter());
+    const int index = ToQtNameFilters(Params.Filter).indexOf(dialog.selectedNameFilter());
     if (index >= 0) Params.FilterIndex = index + 1;
     return true;
 }
 
 } // namespace
+
+void PrepareFileDialog(QFileDialog& Dialog, const TFileDialogParams& Params, bool Save) {
+    Dialog.setWindowTitle(Q(Params.Title));
+    Dialog.setAcceptMode(Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    Dialog.setFileMode(Save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    Dialog.setOption(QFileDialog::DontUseNativeDialog, !NativeDialogs);
+    if (!Params.OverwritePrompt) Dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    const QStringList filters = ToQtNameFilters(Params.Filter);
+    Dialog.setNameFilters(filters);
+    if (Params.FilterIndex >= 1 && Params.FilterIndex <= filters.size())
+        Dialog.selectNameFilter(filters[Params.FilterIndex - 1]);
+    if (!Params.DefaultExt.empty()) Dialog.setDefaultSuffix(Q(Params.DefaultExt));
+    if (!Params.InitialDir.empty()) Dialog.setDirectory(FromNarrowPath(Params.InitialDir));
+    if (!Params.FileName.empty()) Dialog.selectFile(FromNarrowPath(Params.FileName));
+}
 
 QStringList ToQtNameFilters(const WideString& Filter) {
     const QStringList parts = Q(Filter).split(QLatin1Char('|'));
@@ -120,12 +127,20 @@ bool TQtDialogs::InputQuery(const WideString& Caption, const WideString& Prompt,
     return true;
 }
 
+bool TQtDialogs::NativeFileDialogs() {
+    return NativeDialogs;
+}
+
+void TQtDialogs::SetNativeFileDialogs(bool Value) {
+    NativeDialogs = Value;
+}
+
 bool TQtDialogs::OpenDialog(TFileDialogParams& Params) {
-    return RunFileDialog(Parent, UseOwnFileDialogs, Params, false);
+    return RunFileDialog(Parent, Params, false);
 }
 
 bool TQtDialogs::SaveDialog(TFileDialogParams& Params) {
-    return RunFileDialog(Parent, UseOwnFileDialogs, Params, true);
+    return RunFileDialog(Parent, Params, true);
 }
 
 TDialogs& InstalledDialogs() {

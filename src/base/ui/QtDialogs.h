@@ -6,14 +6,18 @@
 
 #include <QStringList>
 
+class QFileDialog;
 class QWidget;
 
 class TQtDialogs : public TDialogs {
 public:
     // Parent of the dialogs; may be null.
     QWidget* Parent = nullptr;
-    // Use Qt's own dialog widgets instead of the desktop's (needed while a skin paints them).
-    bool UseOwnFileDialogs = false;
+    // Whether the file dialogs are the desktop's (the default) or Qt's own
+    // widgets. A skin can paint only Qt's own, so this is off while a skin
+    // is active; it holds for the whole process, as the skin does.
+    static bool NativeFileDialogs();
+    static void SetNativeFileDialogs(bool Value);
 
     int MessageBox(const WideString& Text, const WideString& Caption, unsigned Flags) override;
     bool InputQuery(const WideString& Caption, const WideString& Prompt,
@@ -21,6 +25,10 @@ public:
     bool OpenDialog(TFileDialogParams& Params) override;
     bool SaveDialog(TFileDialogParams& Params) override;
 };
+
+// Sets Dialog up from Params as an open or a save dialog, native or not as
+// the switch above says; OpenDialog and SaveDialog then run it.
+void PrepareFileDialog(QFileDialog& Dialog, const TFileDialogParams& Params, bool Save);
 
 // "Name|*.a|Other|*.b" as Qt's name filters "Name (*.a)", "Other (*.b)".
 QStringList ToQtNameFilters(const WideString& Filter);

@@ -272,21 +272,44 @@ void TWgTree::resizeEvent(QResizeEvent*) {
     LayoutChildren();
 }
 
+TColor TWgTree::HeaderColor() const {
+    return FHeader->PaintOptions().Color;
+}
+
+void TWgTree::SetHeaderColor(TColor Value) {
+    TColor& color = FHeader->PaintOptions().Color;
+    if (color == Value) return;
+    color = Value;
+    FHeader->update();
+}
+
+void TWgTree::SetBorderColor(TColor& Field, TColor Value) {
+    if (Field == Value) return;
+    Field = Value;
+    update();
+}
+
 void TWgTree::paintEvent(QPaintEvent*) {
-    // The border: one line in flat style, the classic sunken edge otherwise.
     QPainter p(this);
-    const QRect r = rect().adjusted(0, 0, -1, -1);
+    const int border = FFlat ? 1 : 2;
+    p.fillRect(rect().adjusted(border, border, -border, -border), ToQColor(FBorderColorWindow));
     if (FFlat) {
-        p.setPen(ToQColor(clBtnShadow));
-        p.drawRect(r);
-    } else {
-        p.setPen(ToQColor(clBtnShadow));
-        p.drawLine(r.topLeft(), r.topRight());
-        p.drawLine(r.topLeft(), r.bottomLeft());
-        p.setPen(ToQColor(clBtnHighlight));
-        p.drawLine(r.bottomLeft(), r.bottomRight());
-        p.drawLine(r.topRight(), r.bottomRight());
+        p.setPen(ToQColor(FBorderColorShadow));
+        p.drawRect(rect().adjusted(0, 0, -1, -1)); // a pen rectangle covers one more pixel
+        return;
     }
+    // The sunken edge: two lines on each side, top and left in one colour,
+    // bottom and right in the other.
+    auto edge = [&p](const QRect& R, TColor TopLeft, TColor BottomRight) {
+        p.setPen(ToQColor(TopLeft));
+        p.drawLine(R.topLeft(), R.topRight());
+        p.drawLine(R.topLeft(), R.bottomLeft());
+        p.setPen(ToQColor(BottomRight));
+        p.drawLine(R.bottomLeft(), R.bottomRight());
+        p.drawLine(R.topRight(), R.bottomRight());
+    };
+    edge(rect(), FBorderColorShadow, FBorderColorHighlight);
+    edge(rect().adjusted(1, 1, -1, -1), FBorderColorDkShadow, FBorderColorFace);
 }
 
 void TWgTree::changeEvent(QEvent* Event) {

@@ -117,6 +117,24 @@ public:
     bool Flat() const { return FFlat; }
     void SetFlat(bool Value);
 
+    // ---- colours of the header and the border; the defaults are the system look.
+    // The flat border is one line in BorderColorShadow; the sunken one has
+    // BorderColorShadow and BorderColorHighlight outside, BorderColorDkShadow
+    // and BorderColorFace inside (top and left, then bottom and right).
+    // BorderColorWindow fills what the header, rows and bars leave free.
+    TColor HeaderColor() const;
+    void SetHeaderColor(TColor Value);
+    TColor BorderColorDkShadow() const { return FBorderColorDkShadow; }
+    void SetBorderColorDkShadow(TColor Value) { SetBorderColor(FBorderColorDkShadow, Value); }
+    TColor BorderColorFace() const { return FBorderColorFace; }
+    void SetBorderColorFace(TColor Value) { SetBorderColor(FBorderColorFace, Value); }
+    TColor BorderColorHighlight() const { return FBorderColorHighlight; }
+    void SetBorderColorHighlight(TColor Value) { SetBorderColor(FBorderColorHighlight, Value); }
+    TColor BorderColorShadow() const { return FBorderColorShadow; }
+    void SetBorderColorShadow(TColor Value) { SetBorderColor(FBorderColorShadow, Value); }
+    TColor BorderColorWindow() const { return FBorderColorWindow; }
+    void SetBorderColorWindow(TColor Value) { SetBorderColor(FBorderColorWindow, Value); }
+
     // ---- in-place editing
     bool ExplorerEditMode = false;
     TWgFieldType MainTextType = sftText;
@@ -155,6 +173,7 @@ private:
     void HeaderChanged();
     void LayoutChildren();
     void SetBarsFromView();
+    void SetBorderColor(TColor& Field, TColor Value);
     // A layout move under an open editor ends it first.
     void CancelEditForLayout();
 
@@ -172,6 +191,11 @@ private:
     TWgTreeInplaceEditor* FInplaceEditor = nullptr;
     int FTag = 0;
     bool FFlat = true;
+    TColor FBorderColorDkShadow = cl3DDkShadow;
+    TColor FBorderColorFace = clBtnFace;
+    TColor FBorderColorHighlight = clBtnHighlight;
+    TColor FBorderColorShadow = clBtnShadow;
+    TColor FBorderColorWindow = clWindow;
     bool FSyncing = false;
     bool FResyncNeeded = false;
     bool FInHeaderChange = false;
