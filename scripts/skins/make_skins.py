@@ -206,12 +206,15 @@ LIGHT = dict(
     menubar=((242, 244, 247), (230, 233, 238)), menu=(251, 252, 253),
     glyph=(255, 255, 255), glyph_off=(104, 110, 122), check=(36, 98, 178),
     track=(226, 229, 234), thumb=((198, 204, 214), (182, 189, 201)), thumb_line=(150, 157, 170),
-    custom=[(46, 116, 204), (196, 214, 238), (150, 176, 214), (96, 112, 140), (128, 84, 190),
+    custom=[(46, 116, 204), (196, 214, 238), (92, 128, 180), (96, 112, 140), (128, 84, 190),
             (40, 160, 170), (120, 120, 120), (0, 0, 0), (255, 255, 255), (250, 232, 160)],
 )
 
 DARK = dict(
     name="Lexsmith Dark",
+    # The window's own face stays light: the editor's panels, headers and
+    # captions write black text on it. The frame and the menu bar are dark.
+    window_face=(206, 209, 214),
     title=((52, 55, 62), (38, 40, 46)), title_off=((58, 60, 65), (50, 52, 57)),
     title_line=(22, 23, 26), title_line_off=(30, 31, 34),
     title_text=(232, 234, 238), title_text_off=(130, 134, 140),
@@ -764,7 +767,7 @@ FontHeight=14
 [Colours]
 WindowText={rgb_text(c['text'])}
 ButtonText={rgb_text(c['text'])}
-ButtonFace={rgb_text(c['face'])}
+ButtonFace={rgb_text(c.get('window_face', c['face']))}
 ButtonHilight={rgb_text(c['face_hi'])}
 Buttonlight={rgb_text(c['face_hi'])}
 ButtonShadow={rgb_text(c['shadow'])}

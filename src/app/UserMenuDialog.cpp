@@ -34,6 +34,7 @@ int ComboIndexFromKind(int Kind) {
 TUserMenuForm::TUserMenuForm(QWidget* Parent) : QDialog(Parent) {
     setWindowTitle(QStringLiteral("User"));
     setFixedSize(353, 243); // fixed single border
+    setProperty("SingleBorder", true); // the skin draws a single border, not a dialog frame
     setWindowFlags(Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
 
     UniLabel2 = new TUniLabel(u"Item", this);

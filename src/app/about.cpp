@@ -39,6 +39,7 @@ TSyntaxAbout::TSyntaxAbout(QWidget* Parent) : QDialog(Parent) {
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint);
     setFixedSize(401, 187);
+    setProperty("SingleBorder", true); // the skin draws a single border, not a dialog frame
 
     Image1 = new QLabel(this);
     Image1->setGeometry(8, 8, 105, 89);

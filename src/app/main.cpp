@@ -10,6 +10,7 @@
 #include "app/AddKeywordsDialog.h"
 #include "app/SideBarIcons.h"
 #include "app/SynEditor.h"
+#include "skin/ui/form.h"
 #include "app/UserMenuDialog.h"
 #include "app/about.h"
 #include "app/hh.h"
@@ -73,7 +74,7 @@ int main(int argc, char** argv) {
     if (!screenshot.isEmpty()) {
         // The picture is taken as soon as the window has been painted once.
         auto* watch = new TFirstPaintWatch(synForm.get(), [&] {
-            const bool saved = synForm->grab().save(screenshot, "PNG");
+            const bool saved = WindowPicture(synForm.get()).save(screenshot, "PNG");
             if (saved)
                 std::printf("lexsmith: picture of the main window written to %s\n",
                             qPrintable(screenshot));

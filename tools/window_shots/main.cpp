@@ -7,6 +7,7 @@
 // Runs without a screen with QT_QPA_PLATFORM=offscreen or under xvfb-run.
 
 #include "app/SynEditor.h"
+#include "skin/ui/form.h"
 #include "base/ui/Application.h"
 #include "controls/ui/PlusPageControl.h"
 #include "controls/ui/UniControls.h"
@@ -42,7 +43,7 @@ int main(int argc, char** argv) {
     auto shoot = [&](const QString& Name) {
         app.processEvents();
         const QString path = out.filePath(Name + QStringLiteral(".png"));
-        if (!form.grab().save(path, "PNG")) {
+        if (!WindowPicture(&form).save(path, "PNG")) {
             std::fprintf(stderr, "window_shots: cannot write %s\n", qPrintable(path));
             return false;
         }
@@ -77,7 +78,7 @@ int main(int argc, char** argv) {
         QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
         QApplication::sendEvent(popup, &down);
         app.processEvents();
-        QImage image = form.grab().toImage();
+        QImage image = WindowPicture(&form);
         QPainter painter(&image);
         painter.drawPixmap(form.mapFromGlobal(popup->geometry().topLeft()), popup->grab());
         painter.end();

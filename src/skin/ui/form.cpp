@@ -611,3 +611,16 @@ void TVeneerForm::ShowSystemMenu(QPoint WindowPoint) {
     close->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F4));
     menu->popup(FForm->mapToGlobal(WindowPoint));
 }
+
+QImage WindowPicture(QWidget* Window) {
+    QImage image = Window->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    const QRegion mask = Window->mask();
+    if (mask.isEmpty()) return image;
+    const qreal ratio = image.devicePixelRatio();
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            if (!mask.contains(QPoint(int(x / ratio), int(y / ratio)))) line[x] = 0;
+    }
+    return image;
+}

@@ -7,6 +7,7 @@
 
 #include "skin/form.h"
 
+#include <QImage>
 #include <QMargins>
 #include <QObject>
 #include <QPalette>
@@ -118,3 +119,7 @@ private:
     void Run(const TFrameAction& Action);
     void SyncState();
 };
+
+// A picture of a window as the screen shows it: what its outline cuts away
+// is transparent.
+QImage WindowPicture(QWidget* Window);
