@@ -24,17 +24,6 @@ TFont SystemCaptionFont() {
     return font;
 }
 
-TMemoryBitmap FromQImage(const QImage& Source) {
-    QImage image = Source.convertToFormat(QImage::Format_ARGB32);
-    TMemoryBitmap bitmap(image.width(), image.height(), MagentaPixel);
-    for (int y = 0; y < image.height(); ++y) {
-        const QRgb* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x)
-            if (qAlpha(line[x]) >= 128) bitmap.SetPixel(x, y, 0xFF000000u | (line[x] & 0xFFFFFF));
-    }
-    return bitmap;
-}
-
 QPixmap GlyphCell(const TMemoryBitmap& Strip, int Index) {
     QImage cell(16, 16, QImage::Format_ARGB32);
     cell.fill(Qt::transparent);
@@ -151,9 +140,18 @@ QBrush TSkinData::FaceBrush() const {
 }
 
 void TSkinData::MakeAppIcon() {
-    AppIcon = TMemoryBitmap();
-    const QIcon icon = QApplication::windowIcon();
-    if (icon.isNull()) return;
-    const QImage image = icon.pixmap(16, 16).toImage().scaled(16, 16);
-    AppIcon = FromQImage(image);
+    AppIcon = SmallIconBitmap(QApplication::windowIcon());
+}
+
+TMemoryBitmap SmallIconBitmap(const QIcon& Icon) {
+    if (Icon.isNull()) return {};
+    QImage image = Icon.pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
+    if (image.size() != QSize(16, 16)) image = image.scaled(16, 16);
+    TMemoryBitmap bitmap(16, 16, MagentaPixel);
+    for (int y = 0; y < 16; ++y)
+        for (int x = 0; x < 16; ++x) {
+            const QRgb p = image.pixel(x, y);
+            if (qAlpha(p) >= 128) bitmap.SetPixel(x, y, 0xFF000000u | (p & 0xFFFFFF));
+        }
+    return bitmap;
 }

@@ -14,7 +14,11 @@
 #include <functional>
 #include <vector>
 
+class QIcon;
 class QWidget;
+
+// A 16 x 16 picture of an icon on magenta, the key colour.
+TMemoryBitmap SmallIconBitmap(const QIcon& Icon);
 
 class TSkinData : public QObject, public TSkinDataModel {
     Q_OBJECT

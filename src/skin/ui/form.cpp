@@ -26,19 +26,6 @@
 
 namespace {
 
-TMemoryBitmap IconBitmap(const QIcon& Icon) {
-    if (Icon.isNull()) return {};
-    QImage image = Icon.pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
-    if (image.size() != QSize(16, 16)) image = image.scaled(16, 16);
-    TMemoryBitmap bitmap(16, 16, 0xFFFF00FFu);
-    for (int y = 0; y < 16; ++y)
-        for (int x = 0; x < 16; ++x) {
-            QRgb p = image.pixel(x, y);
-            if (qAlpha(p) >= 128) bitmap.SetPixel(x, y, 0xFF000000u | (p & 0xFFFFFF));
-        }
-    return bitmap;
-}
-
 QRegion ToQRegion(const TRegion& Region) {
     QRegion result;
     const std::vector<TRect> rects = Region.Rects();
@@ -264,7 +251,7 @@ void TVeneerForm::Begin() {
 
 void TVeneerForm::RebuildButtons() {
     if (Dead() || FSkin->Empty) return;
-    Frame.RebuildButtons(IconBitmap(FForm->windowIcon()), FSkin->AppIcon);
+    Frame.RebuildButtons(SmallIconBitmap(FForm->windowIcon()), FSkin->AppIcon);
     Frame.Hot = -1;
     if (FormSkin && FFrame) UpdateFrameWidget();
 }
