@@ -39,7 +39,8 @@ bool RunFileDialog(QWidget* Parent, TFileDialogParams& Params, bool Save) {
 } // namespace
 
 void PrepareFileDialog(QFileDialog& Dialog, const TFileDialogParams& Params, bool Save) {
-    Dialog.setWindowTitle(Q(Params.Title));
+    // An empty title leaves the dialog its own ("Open", "Save As").
+    if (!Params.Title.empty()) Dialog.setWindowTitle(Q(Params.Title));
     Dialog.setAcceptMode(Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     Dialog.setFileMode(Save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     Dialog.setOption(QFileDialog::DontUseNativeDialog, !NativeDialogs);

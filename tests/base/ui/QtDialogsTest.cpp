@@ -26,6 +26,10 @@ TEST(QtDialogs, FileDialogsAreNativeUnlessSwitchedOff) {
             EXPECT_TRUE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
             EXPECT_EQ(dialog.selectedNameFilter(), QStringLiteral("All (*.*)"));
             EXPECT_EQ(dialog.defaultSuffix(), QStringLiteral("syx"));
+            // No title given: the dialog keeps its own, which the user (and
+            // the end-to-end run) look for.
+            EXPECT_EQ(dialog.windowTitle(),
+                      save ? QStringLiteral("Save As") : QStringLiteral("Open"));
         }
     }
     EXPECT_TRUE(TQtDialogs::NativeFileDialogs());
