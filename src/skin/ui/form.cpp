@@ -273,6 +273,7 @@ void TVeneerForm::ResizeToFrame(bool UseClient) {
     FForm->setMinimumSize(Grow(FSavedMinimum, m.left() + m.right(), m.top() + m.bottom()));
     FForm->setMaximumSize(Grow(FSavedMaximum, m.left() + m.right(), m.top() + m.bottom()));
     FForm->setContentsMargins(FSavedMargins + m);
+    ShiftChildren(QPoint(m.left(), m.top()));
     if (Frame.WindowState == wsMaximized) return;
     int grow = 0;
     QImage scratch(1, 1, QImage::Format_RGB32);
@@ -280,12 +281,20 @@ void TVeneerForm::ResizeToFrame(bool UseClient) {
     TQtCanvas canvas(measure);
     const TSize size = Frame.WindowSizeFor(client.width(), client.height(), &canvas, &grow);
     measure.end();
-    if (grow > 0 && !FForm->layout()) {
-        for (QObject* child : FForm->children())
-            if (auto* w = qobject_cast<QWidget*>(child); w && w != FFrame && !w->isWindow())
-                w->move(w->x() + grow / 2, w->y());
-    }
+    // A dialog widened for its title keeps its controls in the middle.
+    if (grow > 0) ShiftChildren(FChildOrigin + QPoint(grow / 2, 0));
     FForm->resize(size.cx, size.cy);
+}
+
+void TVeneerForm::ShiftChildren(QPoint Origin) {
+    // A layout follows the contents margins by itself; children placed by
+    // hand move with the client area's origin.
+    if (FForm->layout() || Origin == FChildOrigin) return;
+    const QPoint delta = Origin - FChildOrigin;
+    FChildOrigin = Origin;
+    for (QObject* child : FForm->children())
+        if (auto* w = qobject_cast<QWidget*>(child); w && w != FFrame && !w->isWindow())
+            w->move(w->pos() + delta);
 }
 
 void TVeneerForm::UpdateFrameWidget() {
@@ -347,6 +356,7 @@ void TVeneerForm::Detach() {
         const int lessH = now.top() + now.bottom() - FSavedMargins.top() - FSavedMargins.bottom();
         delete FFrame.data();
         form->setContentsMargins(FSavedMargins);
+        ShiftChildren(QPoint(0, 0));
         form->setMinimumSize(FSavedMinimum);
         form->setMaximumSize(FSavedMaximum);
         if (QWindow* window = form->windowHandle())

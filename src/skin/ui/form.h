@@ -118,6 +118,8 @@ private:
     void UpdateFrameWidget();
     void Run(const TFrameAction& Action);
     void SyncState();
+    void ShiftChildren(QPoint Origin);
+    QPoint FChildOrigin; // where hand-placed children have been moved to
 };
 
 // A picture of a window as the screen shows it: what its outline cuts away

@@ -80,6 +80,8 @@ TEST_F(VeneerFormTest, AttachThenDetachLeavesTheWindowAsItWas) {
     form.resize(300, 200);
     form.setContentsMargins(3, 4, 5, 6);
     form.setWindowTitle("Plain");
+    QLabel placed("Placed by hand", &form);
+    placed.move(10, 12);
     form.winId();
     const WindowLook before = LookOf(form);
 
@@ -97,9 +99,12 @@ TEST_F(VeneerFormTest, AttachThenDetachLeavesTheWindowAsItWas) {
     EXPECT_TRUE(form.windowHandle()->flags().testFlag(Qt::FramelessWindowHint));
     EXPECT_TRUE(TSkinManage::IsSkinned(&form));
     EXPECT_EQ(veneer->SkinState, ssRunning);
+    // With no layout, what was placed by hand moves with the client area.
+    EXPECT_EQ(placed.pos(), QPoint(10 + frame.FrameLeft, 12 + frame.FrameTop));
 
     veneer->Detach();
     EXPECT_EQ(LookOf(form), before);
+    EXPECT_EQ(placed.pos(), QPoint(10, 12));
     EXPECT_FALSE(TSkinManage::IsSkinned(&form));
 }
 
