@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QCursor>
 #include <QDateTime>
-#include <QDialog>
 #include <QEvent>
 #include <QLayout>
 #include <QMenu>
@@ -206,9 +205,7 @@ void TVeneerForm::SetupWithForm(QWidget* Form) {
     FSavedPaletteSet = Form->testAttribute(Qt::WA_SetPalette);
     FSavedPalette = Form->palette();
     FSavedAutoFill = Form->autoFillBackground();
-    QPalette palette = Form->palette();
-    palette.setColor(QPalette::Window, ToQColor(FSkin->ButtonFace));
-    Form->setPalette(palette);
+    TakeFaceColour();
 
     Form->setProperty("SkinnedForm", true);
     Form->installEventFilter(this);
@@ -231,7 +228,7 @@ void TVeneerForm::SetupWithForm(QWidget* Form) {
     RebuildButtons();
     FFrame = new TVeneerFrame(*this, Form);
     SkinState = ssResizing;
-    ResizeToFrame(false);
+    ResizeToFrame();
     SkinState = ssAttached;
     UpdateFrameWidget();
     FFrame->show();
@@ -256,12 +253,17 @@ void TVeneerForm::RebuildButtons() {
     if (FormSkin && FFrame) UpdateFrameWidget();
 }
 
-void TVeneerForm::ResizeToFrame(bool UseClient) {
+void TVeneerForm::TakeFaceColour() {
+    QPalette palette = FForm->palette();
+    palette.setColor(QPalette::Window, ToQColor(FSkin->ButtonFace));
+    FForm->setPalette(palette);
+}
+
+void TVeneerForm::ResizeToFrame() {
     if (Dead() || !FormSkin) return;
     // The client is what the window holds inside the frame it has now; at
-    // the attachment that is the whole window. (UseClient names the same
-    // measure: a widget's client never includes a frame drawn by the system.)
-    (void)UseClient;
+    // the attachment that is the whole window. A widget's client never
+    // includes a frame drawn by the system, so the refresh measures the same.
     const QMargins now = FForm->contentsMargins();
     const QSize client =
         FForm->size() -
@@ -322,13 +324,11 @@ void TVeneerForm::SetRegion() {
 
 void TVeneerForm::Refresh() {
     if (Dead()) return;
-    QPalette palette = FForm->palette();
-    palette.setColor(QPalette::Window, ToQColor(FSkin->ButtonFace));
-    FForm->setPalette(palette);
+    TakeFaceColour();
     SkinState = ssRefreshing;
     if (FormSkin) {
         Frame.CaptionFont = FSkin->CaptionFont;
-        ResizeToFrame(true);
+        ResizeToFrame();
         UpdateFrameWidget();
         SetRegion();
     }
@@ -467,7 +467,6 @@ void TVeneerForm::FramePress(QPoint P, Qt::MouseButton Button) {
         // Moving starts at the first move: starting it on the press itself
         // loses the release on some window systems.
         FPendingMove = true;
-        FPressAt = P;
     }
 }
 

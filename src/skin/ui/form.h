@@ -72,7 +72,8 @@ public:
     bool Dead() const { return SkinState == ssDead || !FForm; }
 
     void RebuildButtons();
-    void ResizeToFrame(bool UseClient);
+    // Grows the window by the frame around the client it holds.
+    void ResizeToFrame();
     void SetRegion();
     void Refresh();
     void PaintFrame(QPainter& Painter);
@@ -103,7 +104,6 @@ private:
     QTimer FTimer; // hover clean-up
     bool FSetupDone = false;
     bool FPendingMove = false;
-    QPoint FPressAt;
 
     // What Detach restores.
     Qt::WindowFlags FSavedFlags;
@@ -118,6 +118,7 @@ private:
     void UpdateFrameWidget();
     void Run(const TFrameAction& Action);
     void SyncState();
+    void TakeFaceColour();
     void ShiftChildren(QPoint Origin);
     QPoint FChildOrigin; // where hand-placed children have been moved to
 };

@@ -8,7 +8,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QMenu>
 #include <QWidget>
 
 #include <algorithm>
@@ -116,13 +115,6 @@ TDataList TSkinManage::Entries() const {
     return list;
 }
 
-TSkinData* TSkinManage::ChooseData(const QWidget* Window) const {
-    const TDataList list = Entries();
-    const TDataEntry* entry = ::ChooseData(list, reinterpret_cast<std::uintptr_t>(Window),
-                                           TVeneerForm::ClassNameOf(Window));
-    return entry ? static_cast<TSkinData*>(const_cast<TSkinDataModel*>(entry->Data)) : nullptr;
-}
-
 bool TSkinManage::AddForm(QWidget* Window) {
     if (!Window) return false;
     // Menus, tool tips and the like are never forms, not even in a sweep.
@@ -218,7 +210,6 @@ void TSkinManage::OnTimer() {
 void TSkinManage::Apply() {
     TSkinData* data = CurrentData;
     Active = true;
-    HideForm = false;
     Scanning = true;
     Sweep();
     if (data->SkinFormtype == sfOnlyThisForm) {

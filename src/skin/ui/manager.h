@@ -46,7 +46,6 @@ public:
     int State = 0; // 0 nothing activated yet; 1 a form came up or a skin was applied
     int MenuKind = 0;
     bool MenuTracking = false;
-    bool HideForm = false;
     int Action = saNone;
     TSkinData* CurrentData = nullptr;
     TSkinData* MainData = nullptr;
@@ -54,7 +53,6 @@ public:
 
     void SetHook();
     void Unhook();
-    bool Hooked() const { return FHooked; }
     void AddData(TSkinData* Data);
     void RemoveData(TSkinData* Data);
 
@@ -64,8 +62,6 @@ public:
     int LastRefusal() const { return FLastRefusal; }
     void AddVisibleForm(QWidget* Form);
     TVeneerForm* FindForm(const QWidget* Window) const;
-    // The data a window would be skinned with, or null.
-    TSkinData* ChooseData(const QWidget* Window) const;
 
     void Post(int Action, int Delay);
     // Drops form skins whose windows are gone; never touches those windows.
