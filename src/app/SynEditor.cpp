@@ -416,6 +416,12 @@ void TSynForm::CreateBlockPage() {
     connect(BtnFoldAdd, &QPushButton::clicked, this, &TSynForm::BtnFoldAddClick);
     connect(BtnFoldDelete, &QPushButton::clicked, this, &TSynForm::BtnFoldDeleteClick);
 
+    // A finished edit changes the document on screen; the views that follow
+    // it (checks, preview) hear of it. The edit was marked when it began.
+    for (TWgTree* tree : {WgTree1, WgTree2, WgTreeFold})
+        tree->OnEndEditItem = [this](TWgTree&, TWgTreeItem*, TWgHeaderSection*, bool Canceled) {
+            if (!Canceled) emit DocumentChanged();
+        };
     ReadTreeForms();
     SetupTree(*WgTree1, false);
     SetupTree(*WgTree2, true);
@@ -560,6 +566,7 @@ QString TSynForm::StatusText(int Panel) const {
 void TSynForm::MarkModified() {
     Modified = true;
     SetStatus(1, QStringLiteral("Modified"));
+    emit DocumentChanged();
 }
 
 void TSynForm::NewTransferLists(int OptionCount) {
@@ -589,6 +596,7 @@ void TSynForm::ResetDocument() {
     SetStatus(0, NewDocumentCaption);
     SetStatus(1, QString());
     FDisk = {};
+    emit DocumentChanged();
 }
 
 void TSynForm::OpenDocument(const AnsiString& FileName) {
@@ -618,6 +626,7 @@ void TSynForm::OpenDocument(const AnsiString& FileName) {
     SetStatus(1, QString());
     SetStatus(0, ExtractFileName(FileName));
     RememberDiskState(FileName);
+    emit DocumentChanged();
 }
 
 void TSynForm::FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool BlockRecords) {
@@ -636,7 +645,7 @@ void TSynForm::FillRecords(TWgTree& Tree, const TWgWideStringList& List, bool Bl
     }
 }
 
-void TSynForm::SaveDocument(const AnsiString& FileName) {
+void TSynForm::HarvestDocument() {
     Header->Clear();
     for (const WideString& line : Pages.InfoMemo->Lines().ToVector())
         Header->Add(line);
@@ -649,6 +658,10 @@ void TSynForm::SaveDocument(const AnsiString& FileName) {
     Sample->Clear();
     for (const WideString& line : Pages.SampleMemo->Lines().ToVector())
         Sample->Add(line);
+}
+
+void TSynForm::SaveDocument(const AnsiString& FileName) {
+    HarvestDocument();
     Document.Save(FileName);
     Modified = false;
     SetStatus(1, QStringLiteral("Saved!"));

@@ -58,6 +58,9 @@ public:
     void ResetDocument();
     void OpenDocument(const AnsiString& FileName);
     void SaveDocument(const AnsiString& FileName);
+    // Fills the transfer lists (Header, Options, Blocks, Folds, Sample) from
+    // the controls, as a save does, so that Document holds what is on screen.
+    void HarvestDocument();
     bool QuerySave();
     void MarkModified();
     void OpenFromCommandLine(const AnsiString& FileName);
@@ -147,6 +150,11 @@ public:
     // Before a save over the document's file: true unless the file was
     // changed by another program and the user does not want to overwrite it.
     bool ConfirmOverwriteChanged();
+
+signals:
+    // After any edit, after New and after Open: what is on screen may differ
+    // from Document until HarvestDocument runs.
+    void DocumentChanged();
 
 public slots:
     void FileNewClick();
