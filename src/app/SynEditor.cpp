@@ -2,9 +2,11 @@
 
 #include "app/AddKeywordsDialog.h"
 #include "app/SideBarIcons.h"
+#include "app/SynFormProblems.h"
 #include "app/UserMenuDialog.h"
 #include "app/about.h"
 #include "app/hh.h"
+#include "base/Strings.h"
 #include "base/ui/Layouts.h"
 #include "base/ui/QtDialogs.h"
 #include "base/ui/Tag.h"
@@ -24,6 +26,7 @@
 #include "tree/ui/WgTreeInplace.h"
 
 #include <QApplication>
+#include <QTreeWidget>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -168,6 +171,13 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this, &Document) {
     resize(688, 517);
     Params = QCoreApplication::arguments().mid(1);
     Pages.OnMarkModified = [this] { MarkModified(); };
+    Pages.IsCaseSensitive = [this](bool Tags) {
+        TWgTreeItems& rows = WgTree1->Tree().Items();
+        const int option = Tags ? 14 : 13; // TagsCaseSensitive, CaseSensitive
+        if (option >= rows.Count()) return false;
+        const WideString value = WideLowerCase(rows.Item(option)->ColumnTextAt(0));
+        return value == u"yes" || value == u"y";
+    };
     MainMenuImageList = MainMenuGlyphs();
 
     auto* form = PlainColumn(this);
@@ -218,6 +228,9 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this, &Document) {
     CreateToolbars();
     CreateStatusBar();
     form->addWidget(StatusBar1);
+    Problems = new TSynFormProblems(*this);
+    right->addWidget(Problems->List);
+    StatusBar1->addPermanentWidget(Problems->Count);
 
     // The document's containers as the start leaves them.
     SaveEncoding = 2;
@@ -596,6 +609,7 @@ void TSynForm::ResetDocument() {
     SetStatus(0, NewDocumentCaption);
     SetStatus(1, QString());
     FDisk = {};
+    if (Problems) Problems->ForgetFile();
     emit DocumentChanged();
 }
 
@@ -626,6 +640,7 @@ void TSynForm::OpenDocument(const AnsiString& FileName) {
     SetStatus(1, QString());
     SetStatus(0, ExtractFileName(FileName));
     RememberDiskState(FileName);
+    Problems->FileOpened(FileName);
     emit DocumentChanged();
 }
 
@@ -663,6 +678,7 @@ void TSynForm::HarvestDocument() {
 void TSynForm::SaveDocument(const AnsiString& FileName) {
     HarvestDocument();
     Document.Save(FileName);
+    Problems->ForgetFile();
     Modified = false;
     SetStatus(1, QStringLiteral("Saved!"));
     SetStatus(0, ExtractFileName(FileName));
@@ -682,12 +698,18 @@ bool TSynForm::QuerySave() {
     if (Modified && !SaveDialog.FileName.empty()) {
         const int answer =
             InstalledDialogs().MessageBox(PromptChanged, PromptCaption, MB_YESNOCANCEL);
+        FSaveDeclined = false;
         if (answer == IDYES) FileSaveClick();
+        // Called off at the question of what the save loses: the user
+        // chose to keep the document rather than lose it, so stay.
+        if (FSaveDeclined) return false;
         return answer != IDCANCEL;
     }
     if (!Modified) return true;
     const int answer = InstalledDialogs().MessageBox(PromptNotSaved, PromptCaption, MB_YESNOCANCEL);
+    FSaveDeclined = false;
     if (answer == IDYES) FileSaveAsClick();
+    if (FSaveDeclined) return false;
     return answer != IDCANCEL;
 }
 
@@ -710,6 +732,8 @@ void TSynForm::FileOpenClick() {
 void TSynForm::FileSaveClick() {
     if (!SaveDialog.FileName.empty() && SaveDialog.FileName[0] != '*') {
         if (!ConfirmOverwriteChanged()) return;
+        FSaveDeclined = !Problems->ConfirmSave();
+        if (FSaveDeclined) return;
         SaveDocument(SaveDialog.FileName);
     } else {
         FileSaveAsClick();
@@ -724,6 +748,8 @@ void TSynForm::FileSaveAsClick() {
     SaveDialog.DefaultExt = u"syx";
     SaveDialog.OverwritePrompt = true;
     SaveDialog.FilterIndex = encoding(SaveEncoding);
+    FSaveDeclined = !Problems->ConfirmSave();
+    if (FSaveDeclined) return;
     if (!InstalledDialogs().SaveDialog(SaveDialog)) return;
     SaveEncoding = std::uint8_t(encoding(SaveDialog.FilterIndex));
     SaveDocument(SaveDialog.FileName);

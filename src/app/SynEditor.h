@@ -17,6 +17,7 @@
 #include "skin/data.h"
 
 class TSkinData;
+class TSynFormProblems;
 #include "tree/WgTypes.h"
 
 #include <QStringList>
@@ -134,6 +135,9 @@ public:
     std::array<TWgToolbar*, 3> Toolbars{}; // WgToolbar1 .. WgToolbar3
     QStatusBar* StatusBar1 = nullptr;
     std::array<QLabel*, 2> StatusPanels{};
+    // The checks of the definition: the list below the pages, the count in
+    // the status bar, the question before a lossy save.
+    TSynFormProblems* Problems = nullptr;
 
     // The text of status panel 0 or 1.
     QString StatusText(int Panel) const;
@@ -227,6 +231,7 @@ private:
     bool DiskChanged() const;
     TDiskState FDisk;
     bool FAskingAboutDisk = false; // the question is on screen
+    bool FSaveDeclined = false;    // the last save was called off at the question of its losses
     bool FCursorSaved = false;     // SavedCursor: the hand cursor is pushed over the previous one
 };
 

@@ -3,6 +3,7 @@
 // assistive tools read, and the sizes that keep every section reachable.
 
 #include "app/SynEditor.h"
+#include "app/SynFormProblems.h"
 
 #include "controls/ui/PlusPageControl.h"
 #include "controls/ui/UniControls.h"
@@ -103,6 +104,9 @@ void TSynForm::CreateKeyboard() {
     ListKeys(Pages.lbUserMenu, page(&P::tbUserAddClick), page(&P::tbUserEditClick),
              page(&P::tbUserDeleteClick));
     ListKeys(Pages.HintsList, nullptr, nullptr, page(&P::BtnHintsDeleteClick));
+
+    // F8 shows the next problem of the definition, from anywhere in the window.
+    Shortcut(this, QKeySequence(Qt::Key_F8), Qt::WindowShortcut, [this] { Problems->GoToNext(); });
 }
 
 bool TSynForm::TreeKey(TWgTree& Tree, QKeyEvent& Key) {

@@ -13,9 +13,12 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSplitter>
 #include <QVBoxLayout>
+
+#include <unordered_set>
 
 namespace {
 
@@ -139,6 +142,28 @@ void TSynFormPages::CreateCodeMenuPage(QWidget* Parent) {
     QVBoxLayout* bottom = PlainColumn(Panel9);
     ToolbarHost2 = MakeToolbarHost(Panel9);
     bottom->addWidget(ToolbarHost2);
+    // Keyword hygiene: narrow the items by typing, and drop the repeats.
+    auto* hygiene = new QHBoxLayout;
+    hygiene->setContentsMargins(2, 2, 2, 2);
+    ItemFilter = new QLineEdit(Panel9);
+    ItemFilter->setObjectName(QStringLiteral("ItemFilter"));
+    ItemFilter->setPlaceholderText(QStringLiteral("Filter items"));
+    ItemFilter->setClearButtonEnabled(true);
+    ItemFilter->setAccessibleName(QStringLiteral("Filter items"));
+    QObject::connect(ItemFilter, &QLineEdit::textChanged, this, [this] {
+        if (lbMenu->ItemIndex() >= 0) RefreshMenuItems(lbMenu->Items().Strings(lbMenu->ItemIndex()));
+    });
+    hygiene->addWidget(ItemFilter, 1);
+    ItemCount = new QLabel(Panel9);
+    ItemCount->setObjectName(QStringLiteral("ItemCount"));
+    hygiene->addWidget(ItemCount);
+    BtnRemoveDuplicates = new QPushButton(QStringLiteral("Remove duplicates"), Panel9);
+    BtnRemoveDuplicates->setObjectName(QStringLiteral("BtnRemoveDuplicates"));
+    BtnRemoveDuplicates->setAutoDefault(false);
+    QObject::connect(BtnRemoveDuplicates, &QPushButton::clicked, this,
+                     &TSynFormPages::RemoveDuplicatesClick);
+    hygiene->addWidget(BtnRemoveDuplicates);
+    bottom->addLayout(hygiene);
     lbMenuItem = new TUniListBox(Panel9);
     lbMenuItem->SetStyle(lbOwnerDrawFixed);
     lbMenuItem->SetItemHeight(16);
@@ -287,17 +312,21 @@ TObjectValue TSynFormPages::KindObject(int Kind) const {
     return reinterpret_cast<TObjectValue>(KindBitmaps[std::size_t(index)].get());
 }
 
-void TSynFormPages::FillKindRows(TUniListBox& Box, TMenuList& List, const WideString& MenuName) {
+int TSynFormPages::FillKindRows(TUniListBox& Box, TMenuList& List, const WideString& MenuName,
+                                const WideString& Filter) {
     const int menu = List.IndexOfMenu(MenuName, false);
     // Declared once for the walk: a row past the end of a shorter duplicate
     // menu leaves the kind of the row before it, as the list reports it.
     int kind = 20;
     WideString name;
+    const WideString filter = WideLowerCase(Filter);
     const int count = List.MenuItemCount(MenuName);
     for (int i = 0; i < count; ++i) {
         List.GetItemNameKind(menu, i, name, kind);
+        if (!filter.empty() && WideLowerCase(name).find(filter) == WideString::npos) continue;
         Box.Items().AddObject(name, KindObject(kind));
     }
+    return count;
 }
 
 void TSynFormPages::RefreshSection() {
@@ -329,14 +358,55 @@ void TSynFormPages::RefreshMenuItems(const WideString& MenuName) {
     TMenuList* list = CurrentMenuList();
     if (!list) return;
     lbMenuItem->Items().Clear();
-    FillKindRows(*lbMenuItem, *list, MenuName);
+    const WideString filter = ItemFilter->text().toStdU16String();
+    const int count = FillKindRows(*lbMenuItem, *list, MenuName, filter);
+    const int shown = lbMenuItem->Items().Count();
+    ItemCount->setText(filter.empty() ? QStringLiteral("%1 items").arg(count)
+                                      : QStringLiteral("%1 of %2").arg(shown).arg(count));
+}
+
+void TSynFormPages::ClearItemFilter() {
+    ItemFilter->clear();
+}
+
+void TSynFormPages::RemoveDuplicatesClick() {
+    TMenuList* list = CurrentMenuList();
+    if (!list || lbMenu->ItemIndex() < 0) return;
+    const WideString menuName = lbMenu->Items().Strings(lbMenu->ItemIndex());
+    const int menu = list->IndexOfMenu(menuName, false);
+    if (menu < 0) return;
+    // Keywords and tags compare as the definition says; menu entries by name.
+    const bool tags = CurrentSection == 2 || CurrentSection == 5;
+    const bool caseSensitive = (CurrentSection == 1 || CurrentSection == 2) && IsCaseSensitive &&
+                               IsCaseSensitive(tags);
+    TWgWideStringList& items = *list->Menu(menu)->Items;
+    std::unordered_set<WideString> seen;
+    std::vector<int> repeats;
+    for (int i = 0; i < items.Count(); ++i) {
+        const WideView name = TMenuList::ItemLeftView(items.Ref(i));
+        if (!seen.insert(caseSensitive ? WideString(name) : WideLowerCase(name)).second)
+            repeats.push_back(i);
+    }
+    const WideString caption = u"Remove duplicates";
+    if (repeats.empty()) {
+        InstalledDialogs().MessageBox(u"\"" + menuName + u"\" has no duplicates.", caption, MB_OK);
+        return;
+    }
+    const WideString question = u"Remove " + IntToWide(static_cast<long long>(repeats.size())) +
+                                (repeats.size() == 1 ? u" duplicate" : u" duplicates") +
+                                u" from \"" + menuName + u"\"? The first of each stays.";
+    if (InstalledDialogs().MessageBox(question, caption, MB_YESNO) != IDYES) return;
+    for (auto it = repeats.rbegin(); it != repeats.rend(); ++it)
+        items.Delete(*it);
+    RefreshMenuItems(menuName);
+    MarkModified();
 }
 
 void TSynFormPages::RefreshUserMenu() {
     TMenuList* list = CurrentMenuList();
     if (!list) return; // the box keeps its rows
     lbUserMenu->Items().Clear();
-    FillKindRows(*lbUserMenu, *list, UserMenuName);
+    FillKindRows(*lbUserMenu, *list, UserMenuName, WideString());
 }
 
 void TSynFormPages::lbMenuClick() {

@@ -34,6 +34,7 @@
 
 class QSplitter;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QWidget;
 class TAddForm;
@@ -88,6 +89,11 @@ public:
     TMenuList* CurrentMenuList() const;
 
     std::function<void()> OnMarkModified;
+    // Whether keywords (false) or tags (true) compare with case, as the
+    // options on screen say; unset means without case.
+    std::function<bool(bool Tags)> IsCaseSensitive;
+    // Shows every item of the group again.
+    void ClearItemFilter();
     void MarkModified() {
         if (OnMarkModified) OnMarkModified();
     }
@@ -128,6 +134,9 @@ public:
     QSplitter* Splitter1;
     QWidget* Panel9;
     QWidget* ToolbarHost2; // WgToolbar2
+    QLineEdit* ItemFilter;           // narrows lbMenuItem to the names holding its text
+    QLabel* ItemCount;               // "40 items", or "12 of 40" while filtered
+    QPushButton* BtnRemoveDuplicates; // of the group in view
     TUniListBox* lbMenuItem;
 
     // TabHints.
@@ -172,6 +181,9 @@ public slots:
     void SampleMemoChange();
     void InfoMemoChange();
     void BtnInfoKeyAddClick();
+    // Removes the later of items with one name from the group in view, after
+    // asking; keywords and tags compare as the definition's case options say.
+    void RemoveDuplicatesClick();
 
 private:
     void CreateCodeMenuPage(QWidget* Parent);
@@ -180,7 +192,10 @@ private:
     void CreateInfoPage(QWidget* Parent);
     void CreateUserMenuPage(QWidget* Parent);
     void LoadKindBitmaps();
-    void FillKindRows(TUniListBox& Box, TMenuList& List, const WideString& MenuName);
+    // Rows for the items of MenuName whose name holds Filter (without case);
+    // returns the number of items of the menu.
+    int FillKindRows(TUniListBox& Box, TMenuList& List, const WideString& MenuName,
+                     const WideString& Filter);
     TObjectValue KindObject(int Kind) const;
     // Shared by the completion pages and the user menu: edits item OldName
     // of menu MenuIndex through TUserMenuForm; false when the dialog was not

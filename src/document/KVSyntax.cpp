@@ -329,11 +329,12 @@ public:
     TSyntaxReader(const TLineSource& Lines, TWgWideStringList& Header, TWgWideStringList& Options,
                   TWgWideStringList& Blocks, TWgWideStringList& Folds, TWgWideStringList& AutoHint,
                   TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
-                  TMenuList& AutoComplete, TMenuList& TagComplete, TMenuList& UserMenu)
+                  TMenuList& AutoComplete, TMenuList& TagComplete, TMenuList& UserMenu,
+                  TSyntaxWalkObserver* Observer)
         : FLines(Lines), FHeader(Header), FOptions(Options), FBlocks(Blocks), FFolds(Folds),
           FAutoHint(AutoHint), FSample(Sample), FKeywords(Keywords), FTags(Tags),
           FAutoComplete(AutoComplete), FTagComplete(TagComplete), FUserMenu(UserMenu),
-          FLookAhead(Lines) {}
+          FLookAhead(Lines), FObserver(Observer) {}
 
     void Run();
 
@@ -343,12 +344,33 @@ private:
     void GroupLine(WideView Line, bool IsTags);
     void CompletionLine(WideView Line, TMenuList& Menus, bool IsAutoComplete);
     void UserMenuLine(WideView Line);
-    void EntryLine(WideView Line, TMenuList& Menus);
+    void EntryLine(WideView Line, TMenuList& Menus, TSyntaxPart Part);
+    void NoteTupleField(const TWgWideStringList& List, TSyntaxPart Part, int FromEnd, bool Stored);
+    // Tells the observer, if there is one, what the current line did.
+    void Note(TLineAction Action, TSyntaxPart Part = spNone, int Index = -1, int Item = -1,
+              TSkipReason Reason = skNone) {
+        if (!FObserver) return;
+        ++FSteps;
+        FObserver->Step({FLine, Action, Part, Index, Item, Reason, FCommentCut, FWithin});
+    }
+    // After AddMenuItem: a menu index out of range added nothing.
+    void NoteItem(TMenuList& Menus, TSyntaxPart Part, int Menu) {
+        if (!FObserver) return;
+        if (const TAListItem* menu = Menus.Menu(Menu))
+            Note(laItemAdded, Part, Menu, menu->Items->Count() - 1);
+        else
+            Note(laSkipped, Part, -1, -1, skNoMenu);
+    }
 
     const TLineSource& FLines;
     TWgWideStringList &FHeader, &FOptions, &FBlocks, &FFolds, &FAutoHint, &FSample;
     TMenuList &FKeywords, &FTags, &FAutoComplete, &FTagComplete, &FUserMenu;
     TContentLookAhead FLookAhead;
+    TSyntaxWalkObserver* FObserver;
+    int FLine = 0;
+    int FSteps = 0;           // steps noted for the current line
+    bool FCommentCut = false; // the current line lost a comment to the stripping
+    TSyntaxPart FWithin = spNone;
 
     TSection FState = secNone;
     bool FBannerAllowed = true;
@@ -374,6 +396,15 @@ void TSyntaxReader::Run() {
     for (int i = 0; i < FLines.Count(); ++i) {
         FLines.Line(i, raw);
         const WideView line = StripLineCommentView(raw);
+        if (FObserver) {
+            FLine = i;
+            FSteps = 0;
+            FCommentCut = line.size() < TrimView(raw).size();
+            static constexpr TSyntaxPart within[] = {spNone,     spOptions,      spTags,
+                                                     spKeywords, spAutoHint,     spAutoComplete,
+                                                     spUserMenu, spTagComplete,  spSample};
+            FWithin = within[FState];
+        }
         TMarker marker = MarkerOf(line);
         if (marker != mkNone && marker != mkEnd) {
             if (marker != mkEndSample) FBannerAllowed = false;
@@ -384,9 +415,11 @@ void TSyntaxReader::Run() {
             WideString text = raw.substr(1);
             DeleteFirst(text, u'}');
             FHeader.Add(Trim(text));
+            Note(laBanner, spHeader, FHeader.Count() - 1);
         } else {
             switch (FState) {
             case secNone:
+                if (marker == mkEnd) Note(laSectionEnd);
                 break;
             case secOptions:
                 OptionLine(line);
@@ -400,8 +433,10 @@ void TSyntaxReader::Run() {
             case secAutoHint:
                 if (IsEndLine(line)) {
                     FState = secNone;
+                    Note(laSectionEnd);
                 } else if (WideString hint = GetHintText(line); !hint.empty()) {
                     FAutoHint.Add(hint);
+                    Note(laHintAdded, spAutoHint, FAutoHint.Count() - 1);
                 }
                 break;
             case secAutoComplete:
@@ -415,8 +450,18 @@ void TSyntaxReader::Run() {
                 break;
             case secSample:
                 FSample.Add(raw);
+                Note(laSampleLine, spSample, FSample.Count() - 1);
                 break;
             }
+        }
+        if (FObserver && FSteps == 0) {
+            // Whatever the line was, it stored nothing.
+            if (line.empty())
+                Note(laBlank);
+            else if (FState == secNone)
+                Note(laOutside);
+            else
+                Note(laSkipped, spNone, -1, -1, skNoValue);
         }
     }
 }
@@ -424,11 +469,24 @@ void TSyntaxReader::Run() {
 void TSyntaxReader::ApplyMarker(TMarker Marker, int Index) {
     if (Marker == mkOptions) {
         FState = secOptions;
+        Note(laSectionEntered, spOptions);
         return;
     }
     // Every other marker is entered only when its section has content;
     // otherwise the previous state stays in force.
-    if (!FLookAhead.SectionHasContent(Index)) return;
+    if (!FLookAhead.SectionHasContent(Index)) {
+        Note(laSectionEmpty);
+        return;
+    }
+    if (FObserver) {
+        static constexpr TSyntaxPart parts[] = {spNone,       spOptions,  spTags,
+                                                spKeywords,   spAutoHint, spUserMenu,
+                                                spAutoComplete, spTagComplete, spSample};
+        if (Marker == mkEndSample)
+            Note(laSectionEnd);
+        else
+            Note(laSectionEntered, parts[Marker]);
+    }
     switch (Marker) {
     case mkTags:
         FState = secTags;
@@ -466,17 +524,23 @@ void TSyntaxReader::ApplyMarker(TMarker Marker, int Index) {
 void TSyntaxReader::OptionLine(WideView Line) {
     if (IsEndLine(Line)) {
         FState = secNone;
+        Note(laSectionEnd);
         return;
     }
     const TOptionKey* key = FindOptionKey(WideLowerCase(GetOptionKey(Line)));
-    if (!key) return;
+    if (!key) {
+        if (!Line.empty()) Note(laUnknownKey, spOptions);
+        return;
+    }
     const WideString value = GetOptionValue(Line);
     switch (key->Action) {
     case oaStore:
         FOptions.Put(key->Index, value);
+        Note(laOptionStored, spOptions, key->Index);
         break;
     case oaYesNo:
         if (IsYes(value)) FOptions.Put(key->Index, u"Yes");
+        Note(IsYes(value) ? laOptionStored : laOptionNotYes, spOptions, key->Index);
         break;
     case oaBlock:
         switch (key->Index) {
@@ -486,13 +550,16 @@ void TSyntaxReader::OptionLine(WideView Line) {
             FBlocks.Add(u"No");
             FBlocks.Add(u"");
             FBlocks.Add(u"");
+            Note(laTupleStarted, spBlocks, FBlocks.Count() - 5);
             break;
         case 1:
         case 2:
             if (IsYes(value)) StoreInTuple(FBlocks, 5 - key->Index, u"Yes");
+            NoteTupleField(FBlocks, spBlocks, 5 - key->Index, IsYes(value));
             break;
         default:
             StoreInTuple(FBlocks, 5 - key->Index, value);
+            NoteTupleField(FBlocks, spBlocks, 5 - key->Index, true);
             break;
         }
         break;
@@ -502,34 +569,50 @@ void TSyntaxReader::OptionLine(WideView Line) {
             FFolds.Add(value);
             for (int k = 0; k < 4; ++k)
                 FFolds.Add(u"");
+            Note(laTupleStarted, spFolds, FFolds.Count() - 5);
             break;
         case 4:
             // Marks the last block's end field, not the fold: the format's
             // reader has always done so, and files depend on it.
             if (IsYes(value)) StoreInTuple(FBlocks, 1, u"Yes");
+            NoteTupleField(FBlocks, spBlocks, 1, IsYes(value));
             break;
         default:
             StoreInTuple(FFolds, 5 - key->Index, value);
+            NoteTupleField(FFolds, spFolds, 5 - key->Index, true);
             break;
         }
         break;
     }
 }
 
+void TSyntaxReader::NoteTupleField(const TWgWideStringList& List, TSyntaxPart Part, int FromEnd,
+                                   bool Stored) {
+    if (!FObserver) return;
+    const int index = List.Count() - FromEnd;
+    if (index <= 0)
+        Note(laTupleMissing, Part);
+    else
+        Note(Stored ? laTupleField : laTupleNotYes, Part, index);
+}
+
 void TSyntaxReader::GroupLine(WideView Line, bool IsTags) {
     if (IsEndLine(Line)) {
         FState = secNone;
+        Note(laSectionEnd);
         return;
     }
     // Without a quote the value is the (already trimmed) line itself.
     const bool plain = Line.find(Quote) == WideView::npos && (Line.empty() || Line[0] != u'>');
     if (plain && !Line.empty() && !IsTags && !FNewKeywordGroup) {
         FKeywords.AddMenuItem(FKeywordsCounter - 1, Line, KindNone, WideView());
+        NoteItem(FKeywords, spKeywords, FKeywordsCounter - 1);
         return;
     }
     WideString value = plain ? WideString(Line) : GetKeywordValue(Line);
     if (value.empty()) return;
     TMenuList& menus = IsTags ? FTags : FKeywords;
+    const TSyntaxPart part = IsTags ? spTags : spKeywords;
     bool& newGroup = IsTags ? FNewTagGroup : FNewKeywordGroup;
     const int counter = IsTags ? FTagsCounter : FKeywordsCounter;
     if (newGroup) {
@@ -539,6 +622,7 @@ void TSyntaxReader::GroupLine(WideView Line, bool IsTags) {
         else
             menus.AddMenu((IsTags ? u"Tags " : u"Keywords ") + IntToWide(counter));
         newGroup = false;
+        Note(laGroupStarted, part, menus.MenuCount() - 1);
     }
     if (value == u">") return;
     if (IsTags) {
@@ -549,43 +633,64 @@ void TSyntaxReader::GroupLine(WideView Line, bool IsTags) {
         // Keywords keep the whole line: quotes and backslashes stay.
         menus.AddMenuItem(counter - 1, plain ? value : Trim(Line), KindNone, WideString());
     }
+    NoteItem(menus, part, counter - 1);
 }
 
-void TSyntaxReader::EntryLine(WideView Line, TMenuList& Menus) {
+void TSyntaxReader::EntryLine(WideView Line, TMenuList& Menus, TSyntaxPart Part) {
     const WideString name = GetEntryName(Line);
-    if (name.empty()) return;
+    if (name.empty()) {
+        Note(laSkipped, Part, -1, -1, skNoEntryName);
+        return;
+    }
     WideString text = GetEntryText(Line);
     if (text.empty()) text = name;
     WideChar letter = GetEntryKind(Line);
     if (letter == 0) letter = u'p'; // no letter at all means kind 2
-    if (Menus.MenuCount() == 0) return;
+    if (Menus.MenuCount() == 0) {
+        Note(laSkipped, Part, -1, -1, skNoMenu);
+        return;
+    }
     Menus.AddMenuItem(Menus.MenuCount() - 1, name, KindLetterToIndex(letter), text);
+    NoteItem(Menus, Part, Menus.MenuCount() - 1);
 }
 
 void TSyntaxReader::CompletionLine(WideView Line, TMenuList& Menus, bool IsAutoComplete) {
+    const TSyntaxPart part = IsAutoComplete ? spAutoComplete : spTagComplete;
     if (IsEndLine(Line)) {
         FState = secNone;
+        Note(laSectionEnd);
         return;
     }
     if (Line.size() > 2 && Line[0] == u'-' && Line[1] == u'>') {
-        EntryLine(Line, Menus);
+        EntryLine(Line, Menus, part);
         return;
     }
-    if (Line.size() < 3) return;
+    if (Line.size() < 3) {
+        if (!Line.empty()) Note(laSkipped, part, -1, -1, skTooShort);
+        return;
+    }
     WideString title = GetMenuTitle(Line);
     // An empty class title becomes "." by the same dot rule.
     if (IsAutoComplete && (title.empty() || title.back() != u'.')) title += u'.';
     Menus.AddMenu(title);
+    Note(laMenuAdded, part, Menus.MenuCount() - 1);
 }
 
 void TSyntaxReader::UserMenuLine(WideView Line) {
     if (IsEndLine(Line)) {
         FState = secNone;
+        Note(laSectionEnd);
         return;
     }
-    if (FUserMenu.MenuCount() < 1) FUserMenu.AddMenu(u"0");
-    if (Line.size() < 3 || Line[0] != u'-' || Line[1] != u'>') return;
-    EntryLine(Line, FUserMenu);
+    if (FUserMenu.MenuCount() < 1) {
+        FUserMenu.AddMenu(u"0");
+        Note(laMenuAdded, spUserMenu, 0);
+    }
+    if (Line.size() < 3 || Line[0] != u'-' || Line[1] != u'>') {
+        if (!Line.empty()) Note(laSkipped, spUserMenu, -1, -1, skNotEntry);
+        return;
+    }
+    EntryLine(Line, FUserMenu, spUserMenu);
 }
 
 } // namespace
@@ -721,10 +826,10 @@ void TKVSyntax::LoadSyntaxLines(const TLineSource& Lines, TWgWideStringList& Hea
                                 TWgWideStringList& Folds, TWgWideStringList& AutoHint,
                                 TWgWideStringList& Sample, TMenuList& Keywords, TMenuList& Tags,
                                 TMenuList& AutoComplete, TMenuList& TagComplete,
-                                TMenuList& UserMenu) {
+                                TMenuList& UserMenu, TSyntaxWalkObserver* Observer) {
     if (Lines.Count() == 0) return; // nothing is cleared
     TSyntaxReader(Lines, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
-                  AutoComplete, TagComplete, UserMenu)
+                  AutoComplete, TagComplete, UserMenu, Observer)
         .Run();
 }
 

@@ -58,9 +58,27 @@ private:
     std::vector<AnsiString> FChunks;
 };
 
-class TSyntaxWriter {
+// Collects the same lines in wide form, for the checks that need to know
+// what a save would write before the code page has its say.
+class TWideLineSink {
 public:
-    explicit TSyntaxWriter(TLineSink& Sink) : FOut(Sink) {}
+    explicit TWideLineSink(TWgWideStringList& Lines) : FLines(Lines) {}
+    void Line(WideView Text) { FLines.Add(WideString(Text)); }
+    void Line(WideView First, WideView Second) {
+        WideString line;
+        line.reserve(First.size() + Second.size());
+        line.append(First).append(Second);
+        FLines.Add(line);
+    }
+    void Blank() { FLines.Add(WideString()); }
+
+private:
+    TWgWideStringList& FLines;
+};
+
+template <typename Sink> class TSyntaxWriter {
+public:
+    explicit TSyntaxWriter(Sink& Out) : FOut(Out) {}
 
     void Banner(const TWgWideStringList& Header) {
         FOut.Line(BannerLine);
@@ -196,7 +214,7 @@ private:
         FOut.Line(line);
     }
 
-    TLineSink& FOut;
+    Sink& FOut;
     // One kind for the whole save: an item index out of range leaves it as
     // it was, so such a line takes the previous letter.
     int FKind = KindNone;
@@ -206,13 +224,14 @@ private:
 
 namespace {
 
-void BuildSyntaxText(TLineSink& sink, const TWgWideStringList& Header,
+template <typename Sink>
+void BuildSyntaxText(Sink& sink, const TWgWideStringList& Header,
                      const TWgWideStringList& Options, const TWgWideStringList& Blocks,
                      const TWgWideStringList& Folds, const TWgWideStringList& AutoHint,
                      const TWgWideStringList& Sample, const TMenuList& Keywords,
                      const TMenuList& Tags, const TMenuList& AutoComplete,
                      const TMenuList& TagComplete, const TMenuList& UserMenu) {
-    TSyntaxWriter w(sink);
+    TSyntaxWriter<Sink> w(sink);
     w.Banner(Header);
     w.Blank();
     w.Blank();
@@ -268,4 +287,19 @@ void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStr
         for (const auto& chunk : sink.Chunks())
             Stream.WriteBuffer(chunk.data(), std::int64_t(chunk.size()));
     });
+}
+
+void TKVSyntax::SaveSyntaxWideLines(const TWgWideStringList& Header,
+                                   const TWgWideStringList& Options,
+                                   const TWgWideStringList& Blocks,
+                                   const TWgWideStringList& Folds,
+                                   const TWgWideStringList& AutoHint,
+                                   const TWgWideStringList& Sample, const TMenuList& Keywords,
+                                   const TMenuList& Tags, const TMenuList& AutoComplete,
+                                   const TMenuList& TagComplete, const TMenuList& UserMenu,
+                                   TWgWideStringList& Lines) {
+    Lines.Clear();
+    TWideLineSink sink(Lines);
+    BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
+                    AutoComplete, TagComplete, UserMenu);
 }

@@ -43,3 +43,15 @@ void TSyntaxDocument::Open(const AnsiString& FileName, TTextEncoding* DetectedEn
         for (const char16_t* line : DefaultHeaderLines)
             Header->Add(line);
 }
+
+void TSyntaxDocument::SaveWideLines(TWgWideStringList& Lines) const {
+    TKVSyntax().SaveSyntaxWideLines(*Header, *Options, *Blocks, *Folds, *AutoHint, *Sample,
+                                    *Keywords, *Tags, *AutoComplete, *TagComplete, *UserMenu,
+                                    Lines);
+}
+
+void TSyntaxDocument::LoadLines(const TLineSource& Lines, TSyntaxWalkObserver* Observer) {
+    TKVSyntax().LoadSyntaxLines(Lines, *Header, *Options, *Blocks, *Folds, *AutoHint, *Sample,
+                                *Keywords, *Tags, *AutoComplete, *TagComplete, *UserMenu,
+                                Observer);
+}

@@ -19,6 +19,11 @@ struct TSyntaxDocument {
     void Load(const AnsiString& FileName, TTextEncoding* DetectedEncoding = nullptr);
     void Save(const AnsiString& FileName) const;
     AnsiString SaveText() const;
+    // The lines a save would write, still in wide form.
+    void SaveWideLines(TWgWideStringList& Lines) const;
+    // Reads lines into the containers as Load does, telling Observer what
+    // each line did.
+    void LoadLines(const TLineSource& Lines, TSyntaxWalkObserver* Observer = nullptr);
 
     // What the editor does on Open: load into fresh containers, then give a
     // file without banner lines the default author lines.

@@ -3,6 +3,7 @@
 //   syxtool dump FILE            the eleven containers as JSON on stdout
 //   syxtool normalize IN OUT     what the editor does on Open then Save
 
+#include "Check.h"
 #include "Json.h"
 
 #include "base/Exceptions.h"
@@ -30,6 +31,15 @@ const char* const Usage =
     "                      detected on reading\n"
     "  normalize IN OUT    open IN as the editor does (a file without banner lines\n"
     "                      gets the default author lines) and save it to OUT\n"
+    "  check [--format text|json] [--disable ID]... FILE...\n"
+    "                      report what the reader passes over, what a save would\n"
+    "                      change or lose, and what the companion editor cannot\n"
+    "                      tell apart, one line a finding: FILE:LINE[:COL]:\n"
+    "                      warning|error: message [check-id]; exit 0 when\n"
+    "                      nothing is found, 1 with findings, 2 on bad arguments\n"
+    "                      or a file that cannot be read\n"
+    "  diff A B            what differs between two definitions, by section;\n"
+    "                      exit 0 when they are the same, 1 when they differ\n"
     "  --help              show this text\n"
     "\n"
     "Files are written as narrow text in the system code page (Windows-1252, or\n"
@@ -114,6 +124,8 @@ int main(int argc, char** argv) {
         return ExitOk;
     }
     try {
+        if (command == "check") return RunCheck(argc - 2, argv + 2);
+        if (command == "diff") return RunDiff(argc - 2, argv + 2);
         if (command == "dump") {
             if (argc != 3) return UsageError("dump takes one file name");
             return Dump(argv[2]);
