@@ -351,7 +351,7 @@ private:
               TSkipReason Reason = skNone) {
         if (!FObserver) return;
         ++FSteps;
-        FObserver->Step({FLine, Action, Part, Index, Item, Reason, FCommentCut, FWithin});
+        FObserver->Step({FLine, Action, Part, Index, Item, Reason, FCommentCut, FWithin, FText});
     }
     // After AddMenuItem: a menu index out of range added nothing.
     void NoteItem(TMenuList& Menus, TSyntaxPart Part, int Menu) {
@@ -371,6 +371,7 @@ private:
     int FSteps = 0;           // steps noted for the current line
     bool FCommentCut = false; // the current line lost a comment to the stripping
     TSyntaxPart FWithin = spNone;
+    WideView FText;
 
     TSection FState = secNone;
     bool FBannerAllowed = true;
@@ -400,6 +401,7 @@ void TSyntaxReader::Run() {
             FLine = i;
             FSteps = 0;
             FCommentCut = line.size() < TrimView(raw).size();
+            FText = raw;
             static constexpr TSyntaxPart within[] = {spNone,     spOptions,      spTags,
                                                      spKeywords, spAutoHint,     spAutoComplete,
                                                      spUserMenu, spTagComplete,  spSample};

@@ -78,6 +78,7 @@ struct TLineStep {
     TSkipReason Reason = skNone;
     bool CommentStripped = false; // the line had a comment that the reader cut off
     TSyntaxPart Within = spNone;  // the section the reader was in when the line began
+    std::u16string_view Text;     // the line as read; valid only during the call
 };
 
 // Hears each step of a walk; a line may give more than one step (a group

@@ -45,31 +45,103 @@ constexpr std::size_t QuoteLimit = 60;
 // Changes of one container or menu reported one by one before a summary.
 constexpr int DriftLimit = 20;
 
+bool IsAscii(WideView S) {
+    for (WideChar c : S)
+        if (c >= 0x80) return false;
+    return true;
+}
+
+// The steps of a walk, and what the checks need to know of each line
+// without reading it again.
 class TStepLog final : public TSyntaxWalkObserver {
 public:
-    void Step(const TLineStep& S) override { Steps.push_back(S); }
+    enum : std::uint8_t { lfSpecial = 1, lfText = 2 };
+    void Step(const TLineStep& S) override {
+        Steps.push_back(S);
+        Steps.back().Text = WideView();
+        if (Flags.size() <= std::size_t(S.Line)) {
+            Flags.resize(std::size_t(S.Line) + 1, 0);
+            std::uint8_t& f = Flags[std::size_t(S.Line)];
+            // Characters a code page may change, or breaks that split the
+            // line in two once it is written.
+            for (WideChar c : S.Text)
+                if (c >= 0x80 || c == u'\r' || c == u'\n') {
+                    f |= lfSpecial;
+                    break;
+                }
+            for (WideChar c : S.Text)
+                if (c > 32) {
+                    f |= lfText;
+                    break;
+                }
+        }
+    }
     std::vector<TLineStep> Steps;
+    std::vector<std::uint8_t> Flags; // by line
 };
 
-// The line each entry, menu and item was read from.
+// Hashing and equality of keywords, with or without case.
+struct TWordHash {
+    bool CaseSensitive;
+    std::size_t operator()(WideView S) const {
+        std::size_t h = 14695981039346656037ull;
+        for (WideChar c : S)
+            h = (h ^ (CaseSensitive ? c : LowerChar(c))) * 1099511628211ull;
+        return h;
+    }
+};
+struct TWordEqual {
+    bool CaseSensitive;
+    bool operator()(WideView A, WideView B) const {
+        if (A.size() != B.size()) return false;
+        if (CaseSensitive) return A == B;
+        for (std::size_t i = 0; i < A.size(); ++i)
+            if (A[i] != B[i] && LowerChar(A[i]) != LowerChar(B[i])) return false;
+        return true;
+    }
+};
+template <typename T> using TWordMap = std::unordered_map<WideView, T, TWordHash, TWordEqual>;
+template <typename T> TWordMap<T> MakeWordMap(bool CaseSensitive, std::size_t Size) {
+    return TWordMap<T>(Size, TWordHash{CaseSensitive}, TWordEqual{CaseSensitive});
+}
+
+// The line each entry, menu and item was read from (the last line that set it).
 class TLocations {
 public:
     explicit TLocations(const std::vector<TLineStep>& Steps) {
-        for (const TLineStep& s : Steps)
-            if (s.Index >= 0 && s.Part != spNone) FLines[Key(s.Part, s.Index, s.Item)] = s.Line;
+        for (const TLineStep& s : Steps) {
+            if (s.Index < 0 || s.Part == spNone || s.Part > spUserMenu) continue;
+            TPart& part = FParts[s.Part];
+            if (s.Item < 0) {
+                Put(part.Entries, s.Index, s.Line);
+            } else {
+                if (part.Items.size() <= std::size_t(s.Index)) part.Items.resize(std::size_t(s.Index) + 1);
+                Put(part.Items[std::size_t(s.Index)], s.Item, s.Line);
+            }
+        }
     }
-    // 0-based line, or -1.
+    // 0-based line, or -1. Item -1 asks for the entry or menu itself.
     int Line(TSyntaxPart Part, int Index, int Item = -1) const {
-        auto it = FLines.find(Key(Part, Index, Item));
-        return it == FLines.end() ? -1 : it->second;
+        if (Part == spNone || Part > spUserMenu || Index < 0) return -1;
+        const TPart& part = FParts[Part];
+        if (Item < 0) return Get(part.Entries, Index);
+        return std::size_t(Index) < part.Items.size() ? Get(part.Items[std::size_t(Index)], Item)
+                                                       : -1;
     }
 
 private:
-    static std::uint64_t Key(TSyntaxPart Part, int Index, int Item) {
-        return std::uint64_t(Part) << 56 | std::uint64_t(std::uint32_t(Index) & 0x0FFFFFFF) << 28 |
-               (std::uint64_t(std::uint32_t(Item + 1)) & 0x0FFFFFFF);
+    struct TPart {
+        std::vector<int> Entries;            // entry or menu index -> line
+        std::vector<std::vector<int>> Items; // menu -> item -> line
+    };
+    static void Put(std::vector<int>& V, int Index, int Line) {
+        if (V.size() <= std::size_t(Index)) V.resize(std::size_t(Index) + 1, -1);
+        V[std::size_t(Index)] = Line;
     }
-    std::unordered_map<std::uint64_t, int> FLines;
+    static int Get(const std::vector<int>& V, int Index) {
+        return std::size_t(Index) < V.size() ? V[std::size_t(Index)] : -1;
+    }
+    std::array<TPart, spUserMenu + 1> FParts;
 };
 
 WideString Quoted(WideView S) {
@@ -128,9 +200,15 @@ WideString NearestKey(const WideString& Key) {
     return best;
 }
 
+// S as the code page gives it back after a save.
+WideString ThroughCodePage(const WideString& S, const TCodePage& CodePage) {
+    return IsAscii(S) ? S : CodePage.Decode(CodePage.Encode(S));
+}
+
 // Characters of S that the code page cannot write, each once, in order.
+// Every code page the program uses writes ASCII as it is.
 WideString LostCharacters(WideView S, const TCodePage& CodePage) {
-    if (CodePage.Decode(CodePage.Encode(S)) == S) return {};
+    if (IsAscii(S) || CodePage.Decode(CodePage.Encode(S)) == S) return {};
     WideString lost;
     for (std::size_t i = 0; i < S.size(); ++i) {
         std::size_t len = 1;
@@ -151,42 +229,13 @@ int ColumnOf(WideView S, WideView Chars) {
     return p == WideView::npos ? 0 : int(p) + 1;
 }
 
-// A copy of every string of the document as the code page gives it back,
-// so that what encoding-loss reports is not reported again as drift.
-void RoundTrip(const TSyntaxDocument& From, TSyntaxDocument& To, const TCodePage& CodePage) {
-    auto list = [&](const TWgWideStringList& Source, TWgWideStringList& Target) {
-        Target.Clear();
-        for (int i = 0; i < Source.Count(); ++i)
-            Target.AddObject(CodePage.Decode(CodePage.Encode(Source.Ref(i))),
-                             Source.GetObject(i));
-    };
-    auto menus = [&](const TMenuList& Source, TMenuList& Target) {
-        Target.ClearMenus();
-        for (int m = 0; m < Source.MenuCount(); ++m) {
-            Target.AddMenu(CodePage.Decode(CodePage.Encode(Source.MenuName(m))));
-            list(*Source.Menu(m)->Items, *Target.Menu(m)->Items);
-        }
-    };
-    list(*From.Header, *To.Header);
-    list(*From.Options, *To.Options);
-    list(*From.Blocks, *To.Blocks);
-    list(*From.Folds, *To.Folds);
-    list(*From.AutoHint, *To.AutoHint);
-    list(*From.Sample, *To.Sample);
-    menus(*From.Keywords, *To.Keywords);
-    menus(*From.Tags, *To.Tags);
-    menus(*From.AutoComplete, *To.AutoComplete);
-    menus(*From.TagComplete, *To.TagComplete);
-    menus(*From.UserMenu, *To.UserMenu);
-}
-
 // One run of the checks over one text.
 class TCheckRun {
 public:
-    TCheckRun(const TSyntaxChecker& Checker, const TLineSource& Lines,
-              const std::vector<TLineStep>& Steps, const TSyntaxDocument& Read, bool FromFile)
-        : FChecker(Checker), FLines(Lines), FSteps(Steps), FRead(Read), FFromFile(FromFile),
-          FWhere(Steps), FCodePage(SystemCodePage()) {}
+    TCheckRun(const TSyntaxChecker& Checker, const TLineSource& Lines, const TStepLog& Log,
+              const TSyntaxDocument& Read, bool FromFile)
+        : FChecker(Checker), FLines(Lines), FSteps(Log.Steps), FFlags(Log.Flags), FRead(Read),
+          FFromFile(FromFile), FWhere(Log.Steps), FCodePage(SystemCodePage()) {}
 
     void LineChecks();
     void DocumentChecks();
@@ -220,6 +269,10 @@ private:
     const TSyntaxChecker& FChecker;
     const TLineSource& FLines;
     const std::vector<TLineStep>& FSteps;
+    const std::vector<std::uint8_t>& FFlags;
+    bool LineHas(int Line, std::uint8_t Flag) const {
+        return std::size_t(Line) < FFlags.size() && (FFlags[std::size_t(Line)] & Flag);
+    }
     const TSyntaxDocument& FRead;
     const bool FFromFile; // the lines are a file's, not a save's of a document in memory
     TLocations FWhere;
@@ -296,7 +349,7 @@ void TCheckRun::LineChecks() {
             break;
         case laBlank:
             // A line with text that strips to nothing is a comment line.
-            if (!Trim(Raw(s.Line)).empty() && !s.CommentStripped) {
+            if (LineHas(s.Line, TStepLog::lfText) && !s.CommentStripped) {
                 ++comments;
                 if (firstComment < 0) firstComment = s.Line;
             }
@@ -388,6 +441,7 @@ void TCheckRun::IgnoredValue(const TLineStep& S) {
 void TCheckRun::EncodingLoss(const TLineStep& S) {
     if (!Enabled("encoding-loss")) return;
     // Only what the line stores is written again.
+    if (!LineHas(S.Line, TStepLog::lfSpecial)) return;
     const WideString& raw = Raw(S.Line);
     const WideString text = S.Action == laSampleLine ? raw : StripLineComment(raw);
     const WideString lost = LostCharacters(text, FCodePage);
@@ -426,15 +480,17 @@ void TCheckRun::DuplicateKeywords(const TMenuList& Menus, TSyntaxPart Part, bool
     struct TFirst {
         int Menu, Item;
     };
-    std::unordered_map<WideString, TFirst> seen;
+    std::size_t total = 0;
+    for (int m = 0; m < Menus.MenuCount(); ++m)
+        total += std::size_t(Menus.Menu(m)->Items->Count());
+    auto seen = MakeWordMap<TFirst>(CaseSensitive, total);
     const WideString noun = Part == spTags ? u"tag " : u"keyword ";
     for (int m = 0; m < Menus.MenuCount(); ++m) {
         const TWgWideStringList& items = *Menus.Menu(m)->Items;
         for (int j = 0; j < items.Count(); ++j) {
             const WideView name = TMenuList::ItemLeftView(items.Ref(j));
             if (name.empty()) continue;
-            const WideString key = CaseSensitive ? WideString(name) : WideLowerCase(name);
-            auto [it, added] = seen.try_emplace(key, TFirst{m, j});
+            auto [it, added] = seen.try_emplace(name, TFirst{m, j});
             if (added) continue;
             const TFirst first = it->second;
             const int firstLine = FWhere.Line(Part, first.Menu, first.Item);
@@ -479,27 +535,26 @@ void TCheckRun::EmptyGroups(const TMenuList& Menus, TSyntaxPart Part) {
 
 void TCheckRun::KeywordDelimiters(const TMenuList& Menus, TSyntaxPart Part, bool CaseSensitive) {
     if (!Enabled("keyword-is-delimiter")) return;
-    auto fold = [&](WideView S) { return CaseSensitive ? WideString(S) : WideLowerCase(S); };
-    std::unordered_map<WideString, WideString> delimiters; // value -> what it delimits
+    auto delimiters = MakeWordMap<WideString>(CaseSensitive, 16); // value -> what it delimits
     for (int i : DelimiterOptions) {
         const WideString& value = FRead.Options->Ref(i);
         if (!value.empty())
-            delimiters.try_emplace(fold(value), WideFromAscii(SyntaxOptionKeys[std::size_t(i)]));
+            delimiters.try_emplace(value, WideFromAscii(SyntaxOptionKeys[std::size_t(i)]));
     }
     const TWgWideStringList& blocks = *FRead.Blocks;
     for (int i = 0; i + 4 < blocks.Count(); i += 5)
         for (int field : {3, 4})
             if (!blocks.Ref(i + field).empty())
-                delimiters.try_emplace(fold(blocks.Ref(i + field)),
-                                       WideString(BlockFieldKeys[field]) + u" of block " +
-                                           Quoted(blocks.Ref(i)));
+                delimiters.try_emplace(blocks.Ref(i + field), WideString(BlockFieldKeys[field]) +
+                                                                  u" of block " +
+                                                                  Quoted(blocks.Ref(i)));
     if (delimiters.empty()) return;
     const WideString noun = Part == spTags ? u"tag " : u"keyword ";
     for (int m = 0; m < Menus.MenuCount(); ++m) {
         const TWgWideStringList& items = *Menus.Menu(m)->Items;
         for (int j = 0; j < items.Count(); ++j) {
             const WideView name = TMenuList::ItemLeftView(items.Ref(j));
-            auto it = delimiters.find(fold(name));
+            auto it = delimiters.find(name);
             if (name.empty() || it == delimiters.end()) continue;
             Add("keyword-is-delimiter", LineOr(Part, m, j, -1), 0,
                 noun + Quoted(name) + u" is also " + it->second +
@@ -566,8 +621,16 @@ void TCheckRun::DriftList(const TWgWideStringList& Before, const TWgWideStringLi
     int reported = 0, more = 0, lastLine = -1;
     const int count = std::max(Before.Count(), After.Count());
     for (int i = 0; i < count; ++i) {
-        const WideString* b = i < Before.Count() ? &Before.Ref(i) : nullptr;
         const WideString* a = i < After.Count() ? &After.Ref(i) : nullptr;
+        // What the code page does to a value is encoding-loss, not drift.
+        WideString written;
+        const WideString* b = nullptr;
+        if (i < Before.Count()) {
+            b = &Before.Ref(i);
+            if (a && SameMeaning(Part, i, *b, *a)) continue;
+            written = ThroughCodePage(*b, FCodePage);
+            b = &written;
+        }
         const int line = FWhere.Line(Part, i);
         if (line >= 0) lastLine = line;
         if (b && a && SameMeaning(Part, i, *b, *a)) continue;
@@ -609,7 +672,7 @@ void TCheckRun::DriftMenus(const TMenuList& Before, const TMenuList& After, TSyn
                 Part, m);
             continue;
         }
-        if (a->Name != b->Name)
+        if (a->Name != b->Name && a->Name != ThroughCodePage(b->Name, FCodePage))
             Add("save-drift", menuLine, 0,
                 u"a save changes the name " + Quoted(b->Name) + u" to " + Quoted(a->Name), Part,
                 m);
@@ -619,8 +682,9 @@ void TCheckRun::DriftMenus(const TMenuList& Before, const TMenuList& After, TSyn
             const bool hasB = j < b->Items->Count(), hasA = j < a->Items->Count();
             const int line = FWhere.Line(Part, m, j);
             if (line >= 0) lastLine = line;
-            if (hasA && hasB && a->Items->Ref(j) == b->Items->Ref(j) &&
-                a->Items->GetObject(j) == b->Items->GetObject(j))
+            if (hasA && hasB && a->Items->GetObject(j) == b->Items->GetObject(j) &&
+                (a->Items->Ref(j) == b->Items->Ref(j) ||
+                 a->Items->Ref(j) == ThroughCodePage(b->Items->Ref(j), FCodePage)))
                 continue;
             if (reported == DriftLimit) {
                 ++more;
@@ -653,16 +717,22 @@ void TCheckRun::DriftMenus(const TMenuList& Before, const TMenuList& After, TSyn
 
 void TCheckRun::Drift(const TSyntaxDocument& Before) {
     if (!Enabled("save-drift")) return;
-    TSyntaxDocument before;
-    RoundTrip(Before, before, FCodePage);
-    // What a save writes, read back the way a file is read.
-    const AnsiString text = Before.SaveText();
-    TMemoryStream stream(std::vector<std::uint8_t>(text.begin(), text.end()));
-    TTextLines lines;
-    TTextEncoding encoding = teAnsi;
-    lines.Load(stream, encoding);
-    TSyntaxDocument after;
-    after.LoadLines(lines);
+    const TSyntaxDocument& before = Before;
+    // What a save writes, read back the way a file is read. When the lines
+    // checked are that save's own and all ASCII, the code page changes
+    // nothing and what was read from them is the answer already.
+    TSyntaxDocument readBack;
+    const bool ascii = std::none_of(FFlags.begin(), FFlags.end(),
+                                    [](std::uint8_t F) { return F & TStepLog::lfSpecial; });
+    if (FFromFile || !ascii) {
+        const AnsiString text = Before.SaveText();
+        TMemoryStream stream(std::vector<std::uint8_t>(text.begin(), text.end()));
+        TTextLines lines;
+        TTextEncoding encoding = teAnsi;
+        lines.Load(stream, encoding);
+        readBack.LoadLines(lines);
+    }
+    const TSyntaxDocument& after = FFromFile || !ascii ? readBack : FRead;
     DriftList(*before.Header, *after.Header, spHeader);
     DriftList(*before.Options, *after.Options, spOptions);
     DriftList(*before.Blocks, *after.Blocks, spBlocks);
@@ -697,9 +767,10 @@ std::vector<TSyntaxFinding> TCheckRun::Take() {
 std::vector<TSyntaxFinding> TSyntaxChecker::Run(const TLineSource& Lines,
                                                 const TSyntaxDocument* Before) const {
     TStepLog log;
+    log.Steps.reserve(std::size_t(Lines.Count()));
     TSyntaxDocument read;
     read.LoadLines(Lines, &log);
-    TCheckRun run(*this, Lines, log.Steps, read, Before == nullptr);
+    TCheckRun run(*this, Lines, log, read, Before == nullptr);
     run.LineChecks();
     run.DocumentChecks();
     run.Drift(Before ? *Before : read);

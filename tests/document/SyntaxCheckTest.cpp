@@ -303,6 +303,19 @@ TEST(SyntaxCheck, SaveDriftShowsBeforeAndAfter) {
     EXPECT_EQ(drift[1].Part, spFolds);
 }
 
+TEST(SyntaxCheck, LineBreaksInsideAValueDriftInMemory) {
+    // A completion entry's text with a line break is written as two lines.
+    TSyntaxDocument doc;
+    doc.AutoComplete->AddMenu(u"obj.");
+    doc.AutoComplete->AddMenuItem(0, u"run", 2, u"a\r\nb");
+    const auto findings = TSyntaxChecker().CheckDocument(doc);
+    ASSERT_EQ(Where(findings), (S{"0:0 save-drift", "0:0 save-drift"}));
+    EXPECT_NE(Message(findings[1]).find("a save adds the menu"), std::string::npos)
+        << Message(findings[1]);
+    EXPECT_EQ(Message(findings[0]), "a save changes \"run\" | \"a\\nb\" + p to \"run\" | \"a\" + p in "
+                                    "\"obj.\"");
+}
+
 TEST(SyntaxCheck, DocumentInMemoryReportsWhereNotLines) {
     TSyntaxDocument doc;
     doc.Keywords->AddMenu(u"A");
