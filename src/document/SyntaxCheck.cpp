@@ -608,6 +608,8 @@ bool IsYesNoEntry(TSyntaxPart Part, int Index) {
 
 bool SameMeaning(TSyntaxPart Part, int Index, const WideString& A, const WideString& B) {
     if (A == B) return true;
+    // Banner lines are trimmed on reading: the spaces around them are layout.
+    if (Part == spHeader) return Trim(A) == Trim(B);
     if (!IsYesNoEntry(Part, Index)) return false;
     auto yes = [](const WideString& V) {
         const WideString low = WideLowerCase(V);
