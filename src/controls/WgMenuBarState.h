@@ -63,6 +63,9 @@ public:
     // A key went up; Alt released with nothing between its press and
     // release stands for the window's key-menu command.
     void KeyUp(int Key);
+    // A key went up in another window of the program, such as a dialog that
+    // a shortcut opened while its key was down: the next shortcut may click.
+    void KeyUpElsewhere() { FKeyUp = true; }
     // The key-menu command: Alt alone.
     void AltAlone();
 

@@ -163,6 +163,11 @@ TEST_F(MenuBarStateTest, ShortcutClicksOncePerKeyUpAndSwallowsTheKey) {
     State.KeyUp('S');
     EXPECT_TRUE(State.KeyDown('S', scCtrl));
     EXPECT_EQ(clicks, 2);
+    // The click opened a dialog, which took the key's release: the next
+    // press after the dialog still clicks.
+    State.KeyUpElsewhere();
+    EXPECT_TRUE(State.KeyDown('S', scCtrl));
+    EXPECT_EQ(clicks, 3);
 }
 
 TEST_F(MenuBarStateTest, ShortcutsOfDisabledItemsAndUnderDisabledParents) {

@@ -559,8 +559,47 @@ case_skin_close() {
     return $CASE_FAILED
 }
 
+# A definition with a misspelt option and a repeated keyword: the problems
+# list shows both, F8 walks to them, and Ctrl+S first asks whether to lose
+# the misspelt line: No keeps the file, Yes writes it without that line.
+case_problems() {
+    local file=$CASE_DIR/faulty.syx
+    printf '[Options]\r\n  CaseSensitve = Yes\r\n[End]\r\n[Keywords]\r\n>Flow\r\nif\r\nthen\r\nif\r\n[End]\r\n' >"$file"
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    settle "$APP_WIN"
+    sleep 0.5
+    import -window "$APP_WIN" "$CASE_DIR/problems.png" 2>/dev/null || true
+    keys F8 F8
+    keys ctrl+s
+    local question
+    if ! question=$(wait_window '^Save$' "$APP_PID"); then
+        note "Ctrl+S on a file that loses a line asked nothing; windows: $(window_names "$APP_PID")"
+        return 1
+    fi
+    focus_window "$question" || true
+    keys alt+n
+    check "No did not close the question" wait_window_gone "$question" || return 1
+    check "No wrote the file" cmp -s "$CASE_DIR/original.syx" "$file"
+    focus_window "$APP_WIN" || true
+    keys ctrl+s
+    if ! question=$(wait_window '^Save$' "$APP_PID"); then
+        note "the second Ctrl+S asked nothing"
+        return 1
+    fi
+    focus_window "$question" || true
+    keys alt+y
+    check "Yes did not close the question" wait_window_gone "$question" || return 1
+    check "Yes did not write the file" wait_file_change "$file" "$(file_sum "$CASE_DIR/original.syx")"
+    check "the saved file still has the misspelt line" \
+        test -z "$(grep -a CaseSensitve "$file")"
+    check "the saved file lost the keywords" \
+        test "$(dump "$file" | jq -r '.Keywords[0].items | length')" = 3
+    return $CASE_FAILED
+}
+
 ALL_CASES=(open_save mouse_edit keyboard_edit memo_typing menu_keys menu_save_as
-    close_prompt min_size scaled_fits sheet_keys skin_frame skin_close)
+    close_prompt min_size scaled_fits sheet_keys skin_frame skin_close problems)
 
 # ------------------------------------------------------------------ the runner
 

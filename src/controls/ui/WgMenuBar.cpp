@@ -393,6 +393,8 @@ bool TWgMenuBar::eventFilter(QObject* Watched, QEvent* Event) {
         if (key->isAutoRepeat()) return false;
         if (widget->window() == form || qobject_cast<TWgPopupMenu*>(widget->window()))
             FState.KeyUp(VirtualKeyOf(key->key()));
+        else
+            FState.KeyUpElsewhere();
         return false;
     }
     // Open popups take their own keys; the bar acts for its form only, and
