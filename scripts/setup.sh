@@ -10,6 +10,7 @@ packages=(
   fonts-wine xvfb xauth
   openbox xdotool wmctrl x11-utils imagemagick jq
   clang-14 libclang-rt-14-dev llvm-14
+  desktop-file-utils appstream dpkg-dev
 )
 
 missing=()

@@ -31,7 +31,8 @@ const char* const Usage =
     "  expand FILE OUT   write the expanded image of FILE (any length-prefixed stream)\n"
     "  unpack FILE DIR   write each member into DIR as the reader returns it\n"
     "  info FILE         the loaded skin model as JSON\n"
-    "  --help            this text\n";
+    "  --help            this text\n"
+    "  --version         print the version number\n";
 
 struct TFailure {
     std::string Message;
@@ -224,6 +225,10 @@ int main(int argc, char** argv) {
     }
     if (args[0] == "--help" || args[0] == "-h") {
         std::cout << Usage;
+        return 0;
+    }
+    if (args[0] == "--version") {
+        std::cout << "skinpack " << LEXSMITH_VERSION << '\n';
         return 0;
     }
     const std::string& cmd = args[0];

@@ -41,6 +41,7 @@ const char* const Usage =
     "  diff A B            what differs between two definitions, by section;\n"
     "                      exit 0 when they are the same, 1 when they differ\n"
     "  --help              show this text\n"
+    "  --version           print the version number\n"
     "\n"
     "Files are written as narrow text in the system code page (Windows-1252, or\n"
     "the code page number in LEXSMITH_CODEPAGE).\n"
@@ -121,6 +122,10 @@ int main(int argc, char** argv) {
     const std::string command = argv[1];
     if (command == "--help" || command == "-h" || command == "help") {
         std::fputs(Usage, stdout);
+        return ExitOk;
+    }
+    if (command == "--version") {
+        std::printf("syxtool %s\n", LEXSMITH_VERSION);
         return ExitOk;
     }
     try {
