@@ -268,6 +268,9 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this, &Document) {
     CreateKeyboard();
     SetAccessibleNames();
     SetMinimumWindowSize();
+
+    // The sample page's preview follows the document on screen.
+    Pages.SamplePreview->Attach(*this);
 }
 
 TSynForm::~TSynForm() {

@@ -9,6 +9,7 @@
 #include "document/SyntaxDocument.h"
 #include "wide/CodePage.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -229,7 +230,26 @@ void TSynFormPages::CreateSamplePage(QWidget* Parent) {
     SampleMemo->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     SampleMemo->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     SampleMemo->OnChange = [this](QObject*) { SampleMemoChange(); };
-    column->addWidget(SampleMemo);
+    // Below the memo, the sample as the definition colours it; the line
+    // between them moves. The memo keeps two thirds: it is where one types.
+    auto* split = new QSplitter(Qt::Vertical, TabSample);
+    split->setChildrenCollapsible(false);
+    split->addWidget(SampleMemo);
+    SamplePreview = new TSamplePreview(split);
+    split->addWidget(SamplePreview);
+    split->setStretchFactor(0, 2);
+    split->setStretchFactor(1, 1);
+    split->setSizes({2000, 1000});
+    column->addWidget(split, 1);
+    // No mnemonic: an Alt combination that a shortcut takes leaves the menu
+    // bar's Alt key armed. The memo keeps Tab for itself, so the box stands
+    // just before it: Shift+Tab from the memo reaches it.
+    PreviewCheck = new QCheckBox(QStringLiteral("Preview"), TabSample);
+    PreviewCheck->setChecked(true);
+    connect(PreviewCheck, &QCheckBox::toggled, SamplePreview, &QWidget::setVisible);
+    column->addWidget(PreviewCheck);
+    QWidget::setTabOrder(SamplePreview, PreviewCheck);
+    QWidget::setTabOrder(PreviewCheck, SampleMemo);
 }
 
 void TSynFormPages::CreateInfoPage(QWidget* Parent) {

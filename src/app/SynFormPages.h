@@ -21,6 +21,7 @@
 //     SectionViews, then RefreshSection()
 
 #include "app/KindIcons.h"
+#include "app/SamplePreview.h"
 #include "document/MenuList.h"
 #include "document/SyntaxDocument.h"
 #include "document/WgUnicodeStrings.h"
@@ -32,6 +33,7 @@
 #include <functional>
 #include <memory>
 
+class QCheckBox;
 class QSplitter;
 class QLabel;
 class QLineEdit;
@@ -150,6 +152,8 @@ public:
     // TabSample.
     QLabel* Label26;
     TUniMemo* SampleMemo;
+    TSamplePreview* SamplePreview; // the sample as the definition on screen colours it
+    QCheckBox* PreviewCheck;       // shows or hides SamplePreview
 
     // TabInfo.
     TUniLabel* UniLabel1;

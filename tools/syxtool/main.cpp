@@ -4,6 +4,7 @@
 //   syxtool normalize IN OUT     what the editor does on Open then Save
 
 #include "Check.h"
+#include "Highlight.h"
 #include "Json.h"
 
 #include "base/Exceptions.h"
@@ -40,6 +41,11 @@ const char* const Usage =
     "                      or a file that cannot be read\n"
     "  diff A B            what differs between two definitions, by section;\n"
     "                      exit 0 when they are the same, 1 when they differ\n"
+    "  highlight FILE [TEXTFILE] [--format html|ansi]\n"
+    "                      colour the definition's sample, or TEXTFILE (read in\n"
+    "                      the system code page unless it has a byte order mark),\n"
+    "                      by the definition: a small HTML page (the default) or\n"
+    "                      terminal colours; written as UTF-8\n"
     "  --help              show this text\n"
     "  --version           print the version number\n"
     "\n"
@@ -131,6 +137,7 @@ int main(int argc, char** argv) {
     try {
         if (command == "check") return RunCheck(argc - 2, argv + 2);
         if (command == "diff") return RunDiff(argc - 2, argv + 2);
+        if (command == "highlight") return RunHighlight(argc, argv);
         if (command == "dump") {
             if (argc != 3) return UsageError("dump takes one file name");
             return Dump(argv[2]);
