@@ -223,6 +223,10 @@ TSynForm::TSynForm(QWidget* Parent) : QWidget(Parent), Pages(this, &Document) {
         *sheets[i] = sheet;
         if (content[i]) PlainColumn(sheet)->addWidget(content[i]);
     }
+    // The three simple pages name themselves on their sheets.
+    TabHints->SetCaption(u"Hints");
+    TabSample->SetCaption(u"Sample");
+    TabInfo->SetCaption(u"Info");
     CreateOptionsPage();
     CreateBlockPage();
     CreateToolbars();

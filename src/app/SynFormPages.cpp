@@ -183,7 +183,6 @@ void TSynFormPages::CreateCodeMenuPage(QWidget* Parent) {
 
 void TSynFormPages::CreateHintsPage(QWidget* Parent) {
     TabHints = new QWidget(Parent);
-    TabHints->setWindowTitle(QStringLiteral("Hints"));
     auto* grid = new QGridLayout(TabHints);
     grid->setContentsMargins(8, 8, 8, 8);
 
@@ -216,7 +215,6 @@ void TSynFormPages::CreateHintsPage(QWidget* Parent) {
 
 void TSynFormPages::CreateSamplePage(QWidget* Parent) {
     TabSample = new QWidget(Parent);
-    TabSample->setWindowTitle(QStringLiteral("Sample"));
     auto* column = new QVBoxLayout(TabSample);
     column->setContentsMargins(8, 8, 8, 8);
     Label26 = new QLabel(
@@ -254,7 +252,6 @@ void TSynFormPages::CreateSamplePage(QWidget* Parent) {
 
 void TSynFormPages::CreateInfoPage(QWidget* Parent) {
     TabInfo = new QWidget(Parent);
-    TabInfo->setWindowTitle(QStringLiteral("Info"));
     auto* column = new QVBoxLayout(TabInfo);
     column->setContentsMargins(8, 8, 8, 8);
     UniLabel1 = new TUniLabel(u"Add information about the syntax definition file and who wrote it.",

@@ -306,6 +306,15 @@ TEST_F(SynFormTest, EveryOptionEditEndsAsACommit) {
     EXPECT_EQ(Cell(Form->WgTree1, 13), u"No");
 }
 
+TEST_F(SynFormTest, TheSimplePagesNameTheirSheets) {
+    EXPECT_EQ(Form->TabHints->Caption(), u"Hints");
+    EXPECT_EQ(Form->TabSample->Caption(), u"Sample");
+    EXPECT_EQ(Form->TabInfo->Caption(), u"Info");
+    // Not the widgets inside them.
+    for (QWidget* inner : {Form->Pages.TabHints, Form->Pages.TabSample, Form->Pages.TabInfo})
+        EXPECT_TRUE(inner->windowTitle().isEmpty());
+}
+
 TEST_F(SynFormTest, SectionsAndPageCommandsThroughTheWindow) {
     Form->OpenDocument(Example("lua.syx"));
     Form->Pages.Tags->AddMenu(u"Elements");
