@@ -1,5 +1,7 @@
 #include "controls/WgMenu.h"
 
+#include "controls/HTMLCaption.h"
+
 #include <algorithm>
 
 namespace {
@@ -82,6 +84,8 @@ WideString StripHotkey(WideView Caption, int* HotkeyPos) {
 }
 
 WideChar GetHotkey(WideView Caption) {
+    // Markup has no accelerator: its "&" begins an entity.
+    if (IsHTMLCaption(Caption)) return 0;
     int pos = -1;
     const WideString shown = StripHotkey(Caption, &pos);
     return pos < 0 ? 0 : Upper(shown[std::size_t(pos)]);
@@ -94,7 +98,8 @@ bool IsAccel(int Key, WideView Caption) {
 
 bool MenuKeyMatches(int Key, WideView Caption) {
     if (GetHotkey(Caption) != 0) return IsAccel(Key, Caption);
-    const WideString shown = StripHotkey(Caption);
+    const WideString shown =
+        IsHTMLCaption(Caption) ? CaptionPlainText(Caption) : StripHotkey(Caption);
     return !shown.empty() && Upper(shown[0]) == Upper(WideChar(Key));
 }
 
@@ -104,6 +109,25 @@ void TWgMenuItem::SetCaption(WideView Value) {
     if (FCaption == Value) return;
     FCaption = Value;
     Changed(false);
+}
+
+void TWgMenuItem::SetHint(WideView Value) {
+    if (FHint == Value) return;
+    FHint = Value;
+    Changed(false);
+}
+
+void TWgMenuItem::SetAction(TWgAction* Value) {
+    FActionLink.OnChange = [this](TWgAction& Action) {
+        SetCaption(Action.Caption());
+        SetHint(Action.Hint());
+        SetImageIndex(Action.ImageIndex());
+        SetShortCut(Action.ShortCutKey());
+        SetEnabled(Action.Enabled());
+        SetChecked(Action.Checked());
+        SetVisible(Action.Visible());
+    };
+    FActionLink.Bind(Value);
 }
 
 void TWgMenuItem::SetImageIndex(int Value) {
@@ -196,7 +220,11 @@ bool TWgMenuItem::ChainEnabledAndVisible() const {
 }
 
 void TWgMenuItem::Click() {
-    if (FEnabled && OnClick) OnClick(this);
+    if (!FEnabled) return;
+    if (OnClick)
+        OnClick(this);
+    else if (TWgAction* action = Action())
+        action->Execute();
 }
 
 void TWgMenuItem::Changed(bool Structural) {

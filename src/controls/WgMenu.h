@@ -9,24 +9,16 @@
 #include "base/ImageList.h"
 #include "base/Types.h"
 #include "base/VirtualKeys.h"
+#include "controls/WgAction.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
-
-// A key with its shift state, coded as virtual key | scShift | scCtrl | scAlt.
-using TShortCut = std::uint16_t;
-inline constexpr TShortCut scShift = 0x2000;
-inline constexpr TShortCut scCtrl = 0x4000;
-inline constexpr TShortCut scAlt = 0x8000;
-
-inline TShortCut ShortCut(int Key, TShortCut Shift) {
-    return TShortCut((Key & 0xFF) | Shift);
-}
 // "Ctrl+Shift+S", "F1", "Del"; empty for 0.
 WideString ShortCutToText(TShortCut Value);
-// The upper-cased character after a single "&" ("&&" is a literal ampersand), or 0.
+// The upper-cased character after a single "&" ("&&" is a literal ampersand),
+// or 0; a caption in markup ("<html>...") has none.
 WideChar GetHotkey(WideView Caption);
 // Caption as shown: "&&" becomes "&", a single "&" disappears. HotkeyPos
 // receives the zero-based index of the accelerator in the result, or -1.
@@ -34,7 +26,8 @@ WideString StripHotkey(WideView Caption, int* HotkeyPos = nullptr);
 // True when Key (an upper-case character code) is the accelerator of Caption.
 bool IsAccel(int Key, WideView Caption);
 // The key a menu answers for Caption: its accelerator, or without one the
-// first character of the caption, as window menus do.
+// first character of the caption as shown (of its text, for markup), as
+// window menus do.
 bool MenuKeyMatches(int Key, WideView Caption);
 
 class TWgMenuItem;
@@ -65,11 +58,15 @@ public:
     bool Checked() const { return FChecked; }
     void SetChecked(bool Value);
     const WideString& Hint() const { return FHint; }
-    void SetHint(WideView Value) { FHint = Value; }
+    void SetHint(WideView Value);
     int Tag = 0;
-    // An item bound to an action is clicked through the action, never by
-    // the menu bar's shortcut handling.
-    bool HasAction = false;
+    // Binds the item to an action (null lets go): the item takes the
+    // action's caption, hint, image, shortcut and state, now and at every
+    // change of it, and a click without OnClick runs the action. The menu
+    // bar's shortcut handling leaves such an item to the action.
+    TWgAction* Action() const { return FActionLink.Action(); }
+    void SetAction(TWgAction* Value);
+    bool HasAction() const { return Action() != nullptr; }
 
     TWgMenuItem* Parent() const { return FParent; }
     int Count() const { return int(FItems.size()); }
@@ -87,7 +84,8 @@ public:
     // The item and every parent up to the root are enabled and visible.
     bool ChainEnabledAndVisible() const;
 
-    // Fires OnClick when the item is enabled; a disabled item does nothing.
+    // Fires OnClick, or without one runs the action, when the item is
+    // enabled; a disabled item does nothing.
     void Click();
 
     TWgMenuItemEvent OnClick;
@@ -108,6 +106,7 @@ private:
     WideString FHint;
     TWgMenuItem* FParent = nullptr;
     std::vector<std::unique_ptr<TWgMenuItem>> FItems;
+    TWgActionLink FActionLink;
 };
 
 enum TWgMenuDrawStyle : std::uint8_t { tdsNormal = 0, tdsOfficeXP = 1 };
@@ -123,6 +122,10 @@ public:
     const TWgMenuItem& Items() const { return *FItems; }
 
     const TWgImageList* Images = nullptr;
+    // Glyphs of the item under the pointer and of disabled items, by the
+    // same index; without one the plain glyph serves, greyed when disabled.
+    const TWgImageList* HotImages = nullptr;
+    const TWgImageList* DisabledImages = nullptr;
     bool OwnerDraw = false;
     TWgMenuDrawStyle DrawStyle = tdsNormal;
     // Pixels added to the text height of an item, and on each side of a glyph.

@@ -57,7 +57,7 @@ bool TWgMenuBarState::KeyDown(int Key, TShortCut Shift) {
             const bool chain = item->ChainEnabledAndVisible();
             // An item under a disabled parent still clicks; only the key's
             // swallowing looks at the whole chain. Intended.
-            if (!item->HasAction && item->Enabled() && FKeyUp) {
+            if (!item->HasAction() && item->Enabled() && FKeyUp) {
                 FKeyUp = false;
                 item->Click();
             }

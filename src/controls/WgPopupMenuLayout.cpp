@@ -1,5 +1,8 @@
 #include "controls/WgPopupMenuLayout.h"
 
+#include "controls/HTMLCaption.h"
+#include "controls/WgToolBarPaint.h"
+
 #include <algorithm>
 
 namespace {
@@ -16,12 +19,47 @@ bool IsStop(const TWgMenuItem* Item) {
     return Item && Item->Visible() && !Item->IsLine();
 }
 
+bool IsMarkup(const TWgPopupMetrics& Metrics, const TWgMenuItem& Item) {
+    return Metrics.IsHTML && IsHTMLCaption(Item.Caption());
+}
+
 // Seven parts of white to three of the highlight: the selection of the flat style.
 TColor LightHighlight(TCanvas& Canvas) {
     const TColor h = Canvas.ColorToRGB(kHighlight);
     auto mix = [](int C) { return (C * 3 + 255 * 7) / 10; };
     return TColor(mix(h & 0xFF)) | (TColor(mix((h >> 8) & 0xFF)) << 8) |
            (TColor(mix((h >> 16) & 0xFF)) << 16);
+}
+
+// Image drawn at the size of the column's glyphs, stretched if it differs.
+void DrawSized(TCanvas& Canvas, int X, int Y, const TWgImageList& Column,
+               const TMemoryBitmap& Image, TColor Key) {
+    if (Image.Width() == Column.Width() && Image.Height() == Column.Height())
+        Canvas.Draw(X, Y, Image, Key);
+    else
+        Canvas.StretchDraw(Bounds(X, Y, Column.Width(), Column.Height()), Image, Key);
+}
+
+// The item's glyph in the state it is in: the hot or disabled list's image
+// where that list has one, else the plain image, greyed when disabled.
+void DrawGlyph(TCanvas& Canvas, const TWgPopupMetrics& Metrics, const TWgMenuItem& Item, int X,
+               int Y, bool Selected) {
+    const TWgImageList& images = *Metrics.Images;
+    const int index = Item.ImageIndex();
+    const TWgImageList* state = !Item.Enabled() ? Metrics.DisabledImages
+                                : Selected      ? Metrics.HotImages
+                                                : nullptr;
+    if (const TMemoryBitmap* own = state ? state->Get(index) : nullptr; own && !own->Empty()) {
+        DrawSized(Canvas, X, Y, images, *own, state->TransparentColor);
+        return;
+    }
+    const TMemoryBitmap* image = images.Get(index);
+    if (!image || image->Empty()) return;
+    if (Item.Enabled())
+        DrawSized(Canvas, X, Y, images, *image, images.TransparentColor);
+    else
+        DrawSized(Canvas, X, Y, images, GrayedBitmap(*image, images.TransparentColor),
+                  images.TransparentColor);
 }
 
 void DrawArrow(TCanvas& Canvas, int X, int MidY, TColor Color) {
@@ -85,11 +123,18 @@ TWgPopupLayout LayoutPopupMenu(TCanvas& Canvas, const TWgMenuItem& Parent,
     for (int i = 0; i < Parent.Count(); ++i) {
         TWgMenuItem* item = Parent.Items(i);
         if (!item->Visible()) continue;
-        const int h = item->IsLine() ? PopupSeparatorHeight : itemH;
+        int h = item->IsLine() ? PopupSeparatorHeight : itemH;
+        if (IsMarkup(Metrics, *item)) {
+            // Markup may be taller than a line of the menu's font, and has no accelerator.
+            const TSize size = THTMLCaption(Canvas, item->Caption(), Metrics.Font).Size();
+            h = std::max(size.cy + Metrics.ItemSpace, imageH + 4);
+            textW = std::max(textW, size.cx);
+        } else if (!item->IsLine()) {
+            textW = std::max(textW, Canvas.TextWidth(StripHotkey(item->Caption())));
+        }
         layout.Boxes.push_back({item, i, Rect(PopupFrame, y, 0, y + h)});
         y += h;
         if (item->IsLine()) continue;
-        textW = std::max(textW, Canvas.TextWidth(StripHotkey(item->Caption())));
         if (item->ShortCutKey())
             shortCutW = std::max(shortCutW, Canvas.TextWidth(ShortCutToText(item->ShortCutKey())));
     }
@@ -194,14 +239,21 @@ void PaintPopupMenu(TCanvas& Canvas, const TWgPopupLayout& Layout, const TWgPopu
                 DrawCheck(Canvas, glyphX + 4, glyphY + 4, textColor);
             }
         }
-        if (hasGlyph) Metrics.Images->Draw(Canvas, glyphX, glyphY, item->ImageIndex());
+        if (hasGlyph) DrawGlyph(Canvas, Metrics, *item, glyphX, glyphY, selected);
 
         TFont font = Metrics.Font;
         font.Color = textColor;
         Canvas.SetFont(font);
         Canvas.SetTextBgColor(clNone);
         const int textY = r.Top + (r.Height() - textH) / 2;
-        DrawCaption(Canvas, Layout.TextLeft, textY, item->Caption());
+        if (IsMarkup(Metrics, *item)) {
+            THTMLCaption caption(Canvas, item->Caption(), font);
+            if (!item->Enabled()) caption.ForceColor(kGrayText);
+            caption.Draw(Canvas, Layout.TextLeft, r.Top + (r.Height() - caption.Size().cy) / 2);
+            Canvas.SetFont(font);
+        } else {
+            DrawCaption(Canvas, Layout.TextLeft, textY, item->Caption());
+        }
         if (item->ShortCutKey()) {
             const WideString text = ShortCutToText(item->ShortCutKey());
             Canvas.TextOut(Layout.ShortCutRight - Canvas.TextWidth(text), textY, text);

@@ -15,10 +15,16 @@ void SetPopupMenuColors(TColor Face, TColor Shade);
 
 struct TWgPopupMetrics {
     const TWgImageList* Images = nullptr;
+    // Glyphs of the selected item and of disabled items, by the same index;
+    // without one the plain glyph serves, greyed for a disabled item.
+    const TWgImageList* HotImages = nullptr;
+    const TWgImageList* DisabledImages = nullptr;
     TWgMenuDrawStyle DrawStyle = tdsOfficeXP;
     int ItemSpace = 0;
     int ImageMargin = 0;
     TFont Font;
+    // Captions that begin with "<html>" are markup.
+    bool IsHTML = false;
 };
 
 struct TWgPopupItemBox {

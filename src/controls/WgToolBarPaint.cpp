@@ -1,8 +1,10 @@
 #include "controls/WgToolBarPaint.h"
 
+#include "controls/HTMLCaption.h"
 #include "controls/WgMenu.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -12,10 +14,35 @@ const TMemoryBitmap* FaceGlyph(const TWgButtonFace& Face) {
     return Face.Glyph && !Face.Glyph->Empty() ? Face.Glyph : nullptr;
 }
 
+// The glyph of the state; StateList is set when it comes from the list made
+// for that state (hot or disabled).
+const TMemoryBitmap* StateGlyph(const TWgButtonFace& Face, const TWgImageList*& StateList) {
+    StateList = nullptr;
+    const TMemoryBitmap* glyph = FaceGlyph(Face);
+    if (!glyph || !Face.Images) return glyph;
+    const TWgImageList* list = !Face.Enabled ? Face.DisabledImages
+                               : Face.Hot    ? Face.HotImages
+                                             : nullptr;
+    const TMemoryBitmap* own = list ? list->Get(Face.ImageIndex) : nullptr;
+    if (!own || own->Empty()) return glyph;
+    StateList = list;
+    return own;
+}
+
 TSize GlyphSize(const TWgButtonFace& Face, const TMemoryBitmap* Glyph) {
     if (!Glyph) return {};
     if (Face.Images) return {Face.Images->Width(), Face.Images->Height()};
     return {Glyph->Width(), Glyph->Height()};
+}
+
+bool MarkupCaption(const TWgButtonFace& Face) {
+    return Face.ShowCaption && Face.IsHTML && IsHTMLCaption(Face.Caption);
+}
+
+TFont CaptionFont(const TWgButtonFace& Face) {
+    TFont font = Face.Font;
+    if (!Face.Enabled) font.Color = clGrayText;
+    return font;
 }
 
 } // namespace
@@ -23,7 +50,9 @@ TSize GlyphSize(const TWgButtonFace& Face, const TMemoryBitmap* Glyph) {
 TSize ToolButtonContentSize(TCanvas& Canvas, const TWgButtonFace& Face) {
     const TSize glyph = GlyphSize(Face, FaceGlyph(Face));
     TSize text;
-    if (Face.ShowCaption && !Face.Caption.empty()) {
+    if (MarkupCaption(Face)) {
+        text = THTMLCaption(Canvas, Face.Caption, Face.Font).Size();
+    } else if (Face.ShowCaption && !Face.Caption.empty()) {
         Canvas.SetFont(Face.Font);
         text = Canvas.TextExtent(StripHotkey(Face.Caption));
     }
@@ -60,15 +89,19 @@ void PaintToolButton(TCanvas& Canvas, const TRect& R, const TWgButtonFace& Face)
             Canvas.DrawEdge(R, Face.Flat ? BDR_RAISEDINNER : EDGE_RAISED, BF_RECT);
     }
 
-    const TMemoryBitmap* glyph = FaceGlyph(Face);
+    const TWgImageList* stateList = nullptr;
+    const TMemoryBitmap* glyph = StateGlyph(Face, stateList);
     const TSize glyphSize = GlyphSize(Face, glyph);
     WideString caption;
     int hot = -1;
     TSize text;
-    if (Face.ShowCaption && !Face.Caption.empty()) {
-        TFont font = Face.Font;
-        if (!Face.Enabled) font.Color = clSystemColor | 17;
-        Canvas.SetFont(font);
+    std::optional<THTMLCaption> markup;
+    if (MarkupCaption(Face)) {
+        markup.emplace(Canvas, Face.Caption, CaptionFont(Face));
+        if (!Face.Enabled) markup->ForceColor(clGrayText);
+        text = markup->Size();
+    } else if (Face.ShowCaption && !Face.Caption.empty()) {
+        Canvas.SetFont(CaptionFont(Face));
         caption = StripHotkey(Face.Caption, &hot);
         text = Canvas.TextExtent(caption);
     }
@@ -77,15 +110,19 @@ void PaintToolButton(TCanvas& Canvas, const TRect& R, const TWgButtonFace& Face)
     int x = R.Left + (R.Width() - (glyphSize.cx + gap + text.cx)) / 2 + shift;
     if (glyph) {
         const int y = R.Top + (R.Height() - glyphSize.cy) / 2 + shift;
-        const TColor key = Face.Images ? Face.Images->TransparentColor : Face.GlyphTransparentColor;
-        const TMemoryBitmap grey = Face.Enabled ? TMemoryBitmap() : GrayedBitmap(*glyph, key);
-        const TMemoryBitmap& shown = Face.Enabled ? *glyph : grey;
+        const TColor key = stateList     ? stateList->TransparentColor
+                           : Face.Images ? Face.Images->TransparentColor
+                                         : Face.GlyphTransparentColor;
+        const bool greyed = !Face.Enabled && !stateList;
+        const TMemoryBitmap grey = greyed ? GrayedBitmap(*glyph, key) : TMemoryBitmap();
+        const TMemoryBitmap& shown = greyed ? grey : *glyph;
         if (shown.Width() == glyphSize.cx && shown.Height() == glyphSize.cy)
             Canvas.Draw(x, y, shown, key);
         else
             Canvas.StretchDraw(Bounds(x, y, glyphSize.cx, glyphSize.cy), shown, key);
         x += glyphSize.cx + gap;
     }
+    if (markup) markup->Draw(Canvas, x, R.Top + (R.Height() - text.cy) / 2 + shift);
     if (!caption.empty()) {
         const int y = R.Top + (R.Height() - text.cy) / 2 + shift;
         Canvas.SetTextBgColor(clNone);

@@ -18,8 +18,14 @@ struct TWgButtonFace {
     bool ShowGlyph = true;
     bool ShowCaption = false;
     WideString Caption; // "&" marks the accelerator
+    // A caption that begins with "<html>" is markup, without accelerator.
+    bool IsHTML = false;
     TFont Font;
     const TWgImageList* Images = nullptr;
+    // Used instead of Images, when they hold the index, for a hot button and
+    // for a disabled one (which is then not greyed).
+    const TWgImageList* HotImages = nullptr;
+    const TWgImageList* DisabledImages = nullptr;
     int ImageIndex = -1;
     // An own glyph, used when no image list is.
     const TMemoryBitmap* Glyph = nullptr;

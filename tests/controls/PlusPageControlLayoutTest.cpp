@@ -90,3 +90,66 @@ TEST(PlusPageControlLayout, CaptionsShowOneAmpersandInTheirFonts) {
     EXPECT_EQ(texts[1], "DrawText(0,0,65,21),\"Syntax \"," + std::to_string(flags) +
                             " MS Sans Serif/-11/b FF000008");
 }
+
+TEST(PlusPageControlLayout, ImagesAndCloseButtonsWidenTheirTabs) {
+    TFixedMetricsCanvas canvas;
+    TWgImageList images;
+    images.Add(TMemoryBitmap(16, 16, ColorToPixel(0x0000FF)));
+    TPlusTabStyle style = Style();
+    style.LowerActive = 0;
+    auto tabs = OptionTabs();
+    tabs[0].ImageIndex = 0;
+    tabs[1].ImageIndex = 5; // not in the list: no room for it
+    tabs[1].ShowClose = true;
+
+    auto layout = LayoutPlusTabs(canvas, tabs, 0, style, 400);
+    EXPECT_EQ(layout.Tabs[0], Rect(0, 0, 65, 21)); // no list: no image
+    style.Images = &images;
+    layout = LayoutPlusTabs(canvas, tabs, 0, style, 400);
+    // 49 of bold text, 16 of image and 3 of gap, and 8 a side.
+    EXPECT_EQ(layout.Tabs[0], Rect(0, 0, 84, 21));
+    // 96 of text, 3 of gap and 11 of close button, 8 a side.
+    EXPECT_EQ(layout.Tabs[1], Rect(84, 2, 84 + 126, 21));
+    ASSERT_EQ(layout.CloseButtons.size(), 2u);
+    EXPECT_TRUE(layout.CloseButtons[0].IsEmpty());
+    // At the right margin, centred between the tab's top and the strip's bottom.
+    EXPECT_EQ(layout.CloseButtons[1], Rect(191, 6, 202, 17));
+    const std::pair<TPoint, int> hits[] = {{{195, 10}, 1}, {{185, 10}, -1}, {{50, 10}, -1}};
+    for (const auto& [p, tab] : hits)
+        EXPECT_EQ(PlusTabCloseAt(layout, p), tab) << p.X << "," << p.Y;
+
+    TRecordingCanvas paint;
+    PaintPlusTabs(paint, layout, tabs, 0, style, 400, 100);
+    EXPECT_EQ(paint.OpsStartingWith("Draw("),
+              (std::vector<std::string>{"Draw(8,2) 16x16 key=FF00FF"}));
+    // The captions keep their own width beside image and button.
+    const auto texts = paint.OpsStartingWith("DrawText");
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_EQ(texts[0].substr(0, 22), "DrawText(84,2,196,21),");
+    EXPECT_EQ(texts[1].substr(0, 21), "DrawText(19,0,84,21),");
+    // The cross: four strokes in the caption's colour.
+    EXPECT_EQ(paint.OpsStartingWith("Line(193,8,200,15)"),
+              (std::vector<std::string>{"Line(193,8,200,15) FF000008"}));
+    EXPECT_EQ(paint.OpsStartingWith("Line(").size(), 4u + 2 * 3u); // and two tab outlines
+}
+
+TEST(PlusPageControlLayout, AHotInactiveTabTakesTheHotFontAndKeepsItsWidth) {
+    TRecordingCanvas canvas;
+    TPlusTabStyle style = Style();
+    TFont hot = style.Font;
+    hot.Color = 0xFF0000;
+    hot.Style = fsUnderline;
+    style.HotFont = hot;
+    auto tabs = OptionTabs();
+    tabs[0].Hot = true; // active: not hot-tracked
+    tabs[1].Hot = true;
+    const auto plain = LayoutPlusTabs(canvas, OptionTabs(), 0, Style(), 300);
+    const auto layout = LayoutPlusTabs(canvas, tabs, 0, style, 300);
+    EXPECT_EQ(layout.Tabs, plain.Tabs);
+    canvas.Ops.clear();
+    PaintPlusTabs(canvas, layout, tabs, 0, style, 300, 100);
+    const auto texts = canvas.OpsStartingWith("DrawText");
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_NE(texts[0].find("MS Sans Serif/-11/u FF0000"), std::string::npos) << texts[0];
+    EXPECT_NE(texts[1].find("MS Sans Serif/-11/b FF000008"), std::string::npos) << texts[1];
+}

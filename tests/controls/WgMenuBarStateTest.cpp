@@ -184,7 +184,9 @@ TEST_F(MenuBarStateTest, ShortcutsOfDisabledItemsAndUnderDisabledParents) {
     // The item clicks though its parent is disabled, and the key still goes on.
     EXPECT_FALSE(State.KeyDown('S', scCtrl));
     EXPECT_EQ(clicks, 1);
-    save->HasAction = true;
+    TWgAction action(u"Save");
+    action.SetShortCut(ShortCut('S', scCtrl));
+    save->SetAction(&action);
     file->SetEnabled(true);
     State.KeyUp('S');
     EXPECT_TRUE(State.KeyDown('S', scCtrl)); // an action's item is never clicked here

@@ -35,6 +35,11 @@ TEST(WgMenu, MenuKeysFallBackToTheFirstLetterOnlyWithoutAccelerator) {
     EXPECT_FALSE(MenuKeyMatches('S', u"Save &As..."));
     EXPECT_FALSE(MenuKeyMatches('X', u""));
     EXPECT_TRUE(IsAccel('a', u"Save &As"));
+    // Markup answers to the first letter of its text; "&amp;" is no accelerator.
+    EXPECT_TRUE(MenuKeyMatches('H', u"<html><u>H</u>elp"));
+    EXPECT_TRUE(MenuKeyMatches('S', u"<html><b>Save</b> &amp; close"));
+    EXPECT_FALSE(MenuKeyMatches('A', u"<html><b>Save</b> &amp; close"));
+    EXPECT_FALSE(MenuKeyMatches('<', u"<html>x"));
 }
 
 TEST(WgMenu, ShortCutTexts) {
@@ -103,4 +108,92 @@ TEST(WgMenu, SubscribersHearStructuralAndPlainChangesUntilUnsubscribed) {
     const std::vector<std::string> expected = {"S:",        "S:File",    "P:Open...",
                                                "P:Open...", "S:Open...", "S:File"};
     EXPECT_EQ(log, expected);
+}
+
+TEST(WgMenu, AnItemFollowsItsActionAndRunsIt) {
+    std::vector<std::string> log;
+    TWgMainMenu menu;
+    menu.Subscribe([&](TWgMenuItem* Item, bool Structural) {
+        if (!Item) return; // the menu goes
+        log.push_back((Structural ? "S:" : "P:") +
+                      std::string(Item->Caption().begin(), Item->Caption().end()));
+    });
+    TWgMenuItem* item = menu.Items().Add(u"File")->Add(u"old");
+    log.clear();
+    int runs = 0;
+    TWgAction action(u"Save");
+    action.SetHint(u"Save|Saves the definition");
+    action.SetImageIndex(2);
+    action.SetShortCut(ShortCut('S', scCtrl));
+    action.OnExecute = [&](TWgAction* Sender) {
+        EXPECT_EQ(Sender, &action);
+        ++runs;
+    };
+    item->SetAction(&action);
+    EXPECT_TRUE(item->HasAction());
+    EXPECT_EQ(item->Caption(), u"Save");
+    EXPECT_EQ(item->Hint(), u"Save|Saves the definition");
+    EXPECT_EQ(item->ImageIndex(), 2);
+    EXPECT_EQ(menu.Items().FindShortCut(ShortCut('S', scCtrl)), item);
+    EXPECT_EQ(log, (std::vector<std::string>{"P:Save", "P:Save", "P:Save", "P:Save"}));
+
+    item->Click();
+    EXPECT_EQ(runs, 1);
+    // A change of the action reaches the item and the menu's listeners.
+    log.clear();
+    action.SetEnabled(false);
+    action.SetCaption(u"Save now");
+    EXPECT_FALSE(item->Enabled());
+    EXPECT_EQ(log, (std::vector<std::string>{"P:Save", "P:Save now"}));
+    item->Click(); // disabled: nothing runs
+    action.SetEnabled(true);
+    action.SetVisible(false);
+    EXPECT_FALSE(item->Visible());
+    // An OnClick of the item wins over the action.
+    int clicks = 0;
+    item->OnClick = [&](TWgMenuItem*) { ++clicks; };
+    item->SetVisible(true);
+    item->Click();
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(WgMenu, ActionAndItemMayGoInEitherOrder) {
+    TWgMenuItem root;
+    {
+        TWgAction action(u"Gone");
+        root.Add(u"a")->SetAction(&action);
+        root.Add(u"b")->SetAction(&action);
+        root.Remove(root.Items(1)); // destroyed while bound
+        action.SetCaption(u"Still here");
+        EXPECT_EQ(root.Items(0)->Caption(), u"Still here");
+    }
+    // The action went: the item keeps its values and lets go.
+    EXPECT_FALSE(root.Items(0)->HasAction());
+    EXPECT_EQ(root.Items(0)->Caption(), u"Still here");
+    int clicks = 0;
+    root.Items(0)->OnClick = [&](TWgMenuItem*) { ++clicks; };
+    root.Items(0)->Click();
+    EXPECT_EQ(clicks, 1);
+
+    TWgAction other(u"x");
+    root.Items(0)->SetAction(&other);
+    root.Items(0)->SetAction(nullptr);
+    other.SetCaption(u"y"); // no longer followed
+    EXPECT_EQ(root.Items(0)->Caption(), u"x");
+}
+
+TEST(WgMenu, AHintChangeIsAChangeOfTheItem) {
+    TWgMainMenu menu;
+    TWgMenuItem* item = menu.Items().Add(u"File");
+    int changes = 0;
+    menu.Subscribe([&](TWgMenuItem* Item, bool Structural) {
+        if (!Item) return; // the menu goes
+        EXPECT_EQ(Item, item);
+        EXPECT_FALSE(Structural);
+        ++changes;
+    });
+    item->SetHint(u"Files|Open and save definitions");
+    item->SetHint(u"Files|Open and save definitions");
+    EXPECT_EQ(changes, 1);
 }

@@ -1,6 +1,7 @@
 #include "controls/WgPopupMenuLayout.h"
 
 #include "base/BitmapCanvas.h"
+#include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
 
@@ -100,4 +101,48 @@ TEST(WgPopupMenuLayout, PaintsGlyphColumnFrameSelectionGlyphsAndSeparator) {
     EXPECT_EQ(At(bitmap, 150, 30), 0xD2BDB5u);
     EXPECT_EQ(At(bitmap, 60, 44), Shadow); // separator from the text column
     EXPECT_EQ(At(bitmap, 20, 44), Face);
+}
+
+TEST(WgPopupMenuLayout, MarkupCaptionsAreSizedAndDrawnByTheRenderer) {
+    TWgMenuItem root;
+    TWgMenuItem* bold = root.Add(u"<html><b>Bold</b> text");
+    root.Add(u"<html>line<br>two");
+    root.Add(u"Exit");
+    TWgPopupMetrics metrics;
+    metrics.ItemSpace = metrics.ImageMargin = 6;
+    TFixedMetricsCanvas measure;
+
+    // Without the menu's markup flag the tags are plain text (22 characters).
+    TWgPopupLayout layout = LayoutPopupMenu(measure, root, metrics);
+    EXPECT_EQ(layout.Width, 37 + 132 + 21);
+    EXPECT_EQ(layout.Height, 64);
+
+    metrics.IsHTML = true;
+    layout = LayoutPopupMenu(measure, root, metrics);
+    // "Bold" in bold (28) and " text" (30); the two-line item is 22 high plus the space.
+    EXPECT_EQ(layout.Width, 37 + 58 + 21);
+    ASSERT_EQ(layout.Boxes.size(), 3u);
+    EXPECT_EQ(layout.Boxes[0].Bounds, Rect(1, 2, 115, 22));
+    EXPECT_EQ(layout.Boxes[1].Bounds, Rect(1, 22, 115, 50));
+    EXPECT_EQ(layout.Boxes[2].Bounds, Rect(1, 50, 115, 70));
+    EXPECT_EQ(layout.Height, 72);
+
+    TRecordingCanvas canvas;
+    PaintPopupMenu(canvas, layout, metrics, -1);
+    // Centred in the 20-pixel box: top 6, baseline 6 + 9.
+    EXPECT_EQ(canvas.OpsStartingWith("TextOut(37,15"),
+              (std::vector<std::string>{
+                  "TextOut(37,15,\"Bold\") MS Sans Serif/-11/b FF000007 bg=none baseline"}));
+    EXPECT_EQ(canvas.OpsStartingWith("TextOut(37,").size(), 4u); // Bold, line, two, Exit
+    for (const std::string& op : canvas.Ops)
+        EXPECT_EQ(op.find("<"), std::string::npos) << op;
+
+    // A disabled item greys all of its text, coloured markup too.
+    bold->SetCaption(u"<html><font color=\"#FF0000\">Red</font>");
+    bold->SetEnabled(false);
+    canvas.Ops.clear();
+    PaintPopupMenu(canvas, LayoutPopupMenu(measure, root, metrics), metrics, -1);
+    EXPECT_EQ(canvas.OpsStartingWith("TextOut(37,15"),
+              (std::vector<std::string>{
+                  "TextOut(37,15,\"Red\") MS Sans Serif/-11 FF000011 bg=none baseline"}));
 }

@@ -3,6 +3,7 @@
 #include "base/ui/Keys.h"
 #include "base/ui/Messages.h"
 #include "base/ui/QtCanvas.h"
+#include "controls/HTMLCaption.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -37,7 +38,8 @@ bool TWgMenuBarButton::Selected() const {
 TWgButtonFace TWgMenuBarButton::Face() const {
     TWgButtonFace face = TCustomWgToolButton::Face();
     face.Transparent = true;
-    face.Hot = false;
+    // Without border the hot state only picks the glyph of the hot list.
+    face.Hot = Selected();
     face.Down = false;
     face.ShowBorder = false;
     return face;
@@ -161,6 +163,7 @@ void TWgMenuBar::Rebuild() {
     const QList<TWgMenuBarButton*> old = FButtons;
     FButtons.clear();
     for (TWgMenuBarButton* button : old) {
+        button->SetAction(nullptr);
         if (TWgPopupMenu* popup = button->PullDownMenu()) popup->deleteLater();
         button->hide();
         button->setParent(nullptr);
@@ -168,6 +171,8 @@ void TWgMenuBar::Rebuild() {
     }
     if (!FMenu) {
         SetImages(nullptr);
+        SetHotImages(nullptr);
+        SetDisabledImages(nullptr);
         SetMinSize(SystemMenuButtonHeight + 2);
         SetBtnHeight(SystemMenuButtonHeight + 2);
         Realign();
@@ -178,7 +183,10 @@ void TWgMenuBar::Rebuild() {
             [this](TWgMenuItem* Item, bool Structural) { MenuChanged(Item, Structural); });
 
     SetImages(FMenu->Images);
+    SetHotImages(FMenu->HotImages);
+    SetDisabledImages(FMenu->DisabledImages);
     SetUseImageList(FMenu->Images != nullptr);
+    SetIsHTML(FMenu->IsHTML);
     if (!FMenu->SystemFont) SetFont(FMenu->Font);
     TWgMenuItem& root = FMenu->Items();
     for (int i = 0; i < root.Count(); ++i) {
@@ -188,7 +196,8 @@ void TWgMenuBar::Rebuild() {
         popup->SetSource(root.Items(i));
         // Named after its item, so the window system and assistive tools can
         // tell the open menu.
-        const QString title = QString::fromStdU16String(root.Items(i)->Caption()).remove(u'&');
+        const QString title =
+            QString::fromStdU16String(StripHotkey(CaptionPlainText(root.Items(i)->Caption())));
         popup->setWindowTitle(title);
         popup->setAccessibleName(title);
         button->setAccessibleName(title);
@@ -217,6 +226,7 @@ void TWgMenuBar::CopyItemToButton(TWgMenuBarButton* Button) {
     Button->setVisible(item->Visible());
     Button->setEnabled(item->Enabled());
     Button->SetHint(item->Hint());
+    Button->SetAction(item->Action());
     Button->SetTag(item->Tag);
 }
 
@@ -229,13 +239,25 @@ void TWgMenuBar::MenuChanged(TWgMenuItem* Item, bool Structural) {
         Rebuild();
         return;
     }
-    if (Structural) {
+    TWgMenuItem* root = &FMenu->Items();
+    if (Item == root) {
+        // Top-level items came or went: the buttons are made anew.
         Rebuild();
         return;
     }
-    for (TWgMenuBarButton* button : FButtons)
-        if (button->Item() == Item) CopyItemToButton(button);
-    if (FOpenPopup && FOpenPopup->isVisible()) FOpenPopup->update();
+    // The change is that of a top-level item or lies below one: its button
+    // takes the item's values again and its popup is laid out again.
+    TWgMenuItem* top = Item;
+    while (top->Parent() && top->Parent() != root)
+        top = top->Parent();
+    for (int i = 0; i < FButtons.size(); ++i) {
+        TWgMenuBarButton* button = FButtons[i];
+        if (button->Item() != top) continue;
+        if (Item == top) CopyItemToButton(button);
+        if (TWgPopupMenu* popup = button->PullDownMenu()) popup->ItemsChanged(Structural);
+        // A hot button that went out of sight is hot no more.
+        if (FState.Hot() == i && button->isHidden()) FState.SetHot(-1);
+    }
 }
 
 int TWgMenuBar::IndexOfButton(const TWgMenuBarButton* Button) const {
@@ -401,5 +423,17 @@ bool TWgMenuBar::eventFilter(QObject* Watched, QEvent* Event) {
     // only while that form is the active one.
     if (widget->window() != form || QApplication::activeWindow() != form) return false;
     FState.Vertical = Orientation() == 1;
-    return FState.KeyDown(VirtualKeyOf(key->key()), ShiftStateOf(key->modifiers()));
+    const int vk = VirtualKeyOf(key->key());
+    const TShortCut shift = ShiftStateOf(key->modifiers());
+    if (!FState.KeyDown(vk, shift)) return false;
+    RunActionShortCut(ShortCut(vk, shift));
+    return true;
+}
+
+void TWgMenuBar::RunActionShortCut(TShortCut Key) {
+    // The bar's shortcut handling leaves an item bound to an action alone;
+    // it is clicked here instead, as the form's own shortcut handling would
+    // click it. The key was the item's: the bar has swallowed it.
+    TWgMenuItem* item = FMenu ? FMenu->Items().FindShortCut(Key) : nullptr;
+    if (item && item->HasAction() && item->ChainEnabledAndVisible()) item->Click();
 }

@@ -84,6 +84,7 @@ private:
     void PostMessage(int Number, int WParam, int LParam) override;
 
     void MenuChanged(TWgMenuItem* Item, bool Structural);
+    void RunActionShortCut(TShortCut Key);
     void CopyItemToButton(TWgMenuBarButton* Button);
     int ButtonAtGlobal(QPoint GlobalPos) const;
     void InstallHook();

@@ -4,8 +4,10 @@
 #include "base/ui/Colors.h"
 #include "base/ui/QtCanvas.h"
 #include "controls/WgPgCtlPages.h"
+#include "controls/ui/WgHintWindow.h"
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -75,6 +77,18 @@ void TWgTabSheet::SetTabVisible(bool Value) {
     if (FPageControl) FPageControl->update();
 }
 
+void TWgTabSheet::SetImageIndex(int Value) {
+    if (FImageIndex == Value) return;
+    FImageIndex = Value;
+    if (FPageControl) FPageControl->PageChanged();
+}
+
+void TWgTabSheet::SetCloseBtnEnabled(bool Value) {
+    if (FCloseBtnEnabled == Value) return;
+    FCloseBtnEnabled = Value;
+    if (FPageControl) FPageControl->update();
+}
+
 void TWgTabSheet::SetTabEnabled(bool Value) {
     if (FTabEnabled == Value) return;
     FTabEnabled = Value;
@@ -92,8 +106,12 @@ void TWgTabSheet::paintEvent(QPaintEvent*) {
 
 TWgPageControl::TWgPageControl(QWidget* Parent) : QWidget(Parent) {
     resize(289, 193);
+    setMouseTracking(true);
     FFont.Name = u"Tahoma";
     FFont.Height = -11;
+    FActiveTabFont = FFont;
+    FHotTrackFont = FFont;
+    FHotTrackFont.Color = 0xFF0000; // blue
 }
 
 TWgPageControl::~TWgPageControl() {
@@ -218,6 +236,12 @@ WG_PGCTL_SETTER(TabBkColor, TColor, FTabBkColor)
 WG_PGCTL_SETTER(ActiveTabColor, TColor, FActiveTabColor)
 WG_PGCTL_SETTER(InactiveTabColor, TColor, FInactiveTabColor)
 WG_PGCTL_SETTER(Font, const TFont&, FFont)
+WG_PGCTL_SETTER(ShowImages, bool, FShowImages)
+WG_PGCTL_SETTER(Images, const TWgImageList*, FImages)
+WG_PGCTL_SETTER(CloseButtonMode, TWgCloseBtnMode, FCloseButtonMode)
+WG_PGCTL_SETTER(UseActiveTabFont, bool, FUseActiveTabFont)
+WG_PGCTL_SETTER(ActiveTabFont, const TFont&, FActiveTabFont)
+WG_PGCTL_SETTER(HotTrackFont, const TFont&, FHotTrackFont)
 
 #undef WG_PGCTL_SETTER
 
@@ -235,18 +259,42 @@ void TWgPageControl::SetStyle(TWgTabStyle Value) {
     update();
 }
 
+void TWgPageControl::SetHotTrack(bool Value) {
+    if (FHotTrack == Value) return;
+    FHotTrack = Value;
+    update();
+}
+
+void TWgPageControl::PageChanged() {
+    PlacePages();
+    update();
+}
+
+bool TWgPageControl::HasCloseButton(int Page) const {
+    return FCloseButtonMode == cbmAll || (FCloseButtonMode == cbmActive && Page == ActivePage());
+}
+
 std::vector<TPlusTabInfo> TWgPageControl::TabInfos() const {
     std::vector<TPlusTabInfo> tabs;
-    for (const TWgTabSheet* page : FPages)
-        tabs.push_back(
-            {page->Caption(), page->TabVisible(), page->TabEnabled(), FInactiveTabColor, clNone});
+    for (int i = 0; i < PageCount(); ++i) {
+        const TWgTabSheet* page = FPages[std::size_t(i)];
+        TPlusTabInfo tab{page->Caption(), page->TabVisible(), page->TabEnabled(), FInactiveTabColor,
+                         clNone};
+        tab.ImageIndex = page->ImageIndex();
+        tab.ShowClose = HasCloseButton(i);
+        tab.CloseEnabled = page->CloseBtnEnabled();
+        tab.Hot = FHotTrack && i == FHotTab;
+        tabs.push_back(tab);
+    }
     return tabs;
 }
 
 TPlusTabStyle TWgPageControl::TabStyle() const {
     TPlusTabStyle style;
     style.Font = FFont;
-    style.ActiveFont = FFont;
+    style.ActiveFont = FUseActiveTabFont ? FActiveTabFont : FFont;
+    if (FShowImages) style.Images = FImages;
+    if (FHotTrack) style.HotFont = FHotTrackFont;
     style.TabMargin = {2, 2, 2};
     style.TabBackGroundColor = FTabBkColor;
     style.ActiveColor = FActiveTabColor;
@@ -298,6 +346,73 @@ void TWgPageControl::paintEvent(QPaintEvent*) {
 void TWgPageControl::mousePressEvent(QMouseEvent* Event) {
     if (!FShowTabs || Event->button() != Qt::LeftButton) return;
     const QPoint p = Event->position().toPoint();
-    const int tab = PlusTabAt(TabLayout(), {p.x(), p.y()});
+    const TPlusTabLayout layout = TabLayout();
+    // A close button closes when the mouse goes up on it again.
+    FClosePressed = PlusTabCloseAt(layout, {p.x(), p.y()});
+    if (FClosePressed >= 0) return;
+    const int tab = PlusTabAt(layout, {p.x(), p.y()});
     if (tab >= 0 && FPages[std::size_t(tab)]->TabEnabled()) SetActivePage(tab);
+}
+
+void TWgPageControl::mouseReleaseEvent(QMouseEvent* Event) {
+    if (Event->button() != Qt::LeftButton || FClosePressed < 0) return;
+    const int pressed = FClosePressed;
+    FClosePressed = -1;
+    const QPoint p = Event->position().toPoint();
+    if (PlusTabCloseAt(TabLayout(), {p.x(), p.y()}) != pressed) return;
+    TWgTabSheet* page = Pages(pressed);
+    if (page && page->TabEnabled() && page->CloseBtnEnabled()) ClosePage(page);
+}
+
+bool TWgPageControl::ClosePage(TWgTabSheet* Page) {
+    if (!Page || Page->FPageControl != this) return false;
+    bool canClose = true;
+    if (OnClosePageQuery) OnClosePageQuery(this, Page, canClose);
+    if (!canClose) return false;
+    if (Page == FActivePage) {
+        // The next visible tab takes over, wrapping round; none is left
+        // active when this was the last.
+        const int index = Page->PageIndex();
+        TWgTabSheet* next = nullptr;
+        for (int k = 1; k < PageCount() && !next; ++k) {
+            TWgTabSheet* candidate = FPages[std::size_t((index + k) % PageCount())];
+            if (candidate->TabVisible()) next = candidate;
+        }
+        SetActivePageSheet(next);
+        // OnChanging refused: the page stays, and so does its tab.
+        if (FActivePage == Page) return false;
+    }
+    Page->SetTabVisible(false);
+    SetHotTab(-1);
+    return true;
+}
+
+void TWgPageControl::SetHotTab(int Tab) {
+    if (FHotTab == Tab) return;
+    FHotTab = Tab;
+    // A hint belongs to the tab it was shown for.
+    if (TWgHintWindow::ShownFor(this)) TWgHintWindow::HideControlHint();
+    if (FHotTrack) update();
+}
+
+void TWgPageControl::mouseMoveEvent(QMouseEvent* Event) {
+    QWidget::mouseMoveEvent(Event);
+    const QPoint p = Event->position().toPoint();
+    SetHotTab(FShowTabs ? PlusTabAt(TabLayout(), {p.x(), p.y()}) : -1);
+}
+
+void TWgPageControl::leaveEvent(QEvent* Event) {
+    QWidget::leaveEvent(Event);
+    SetHotTab(-1);
+}
+
+bool TWgPageControl::event(QEvent* Event) {
+    if (Event->type() != QEvent::ToolTip) return QWidget::event(Event);
+    const auto* help = static_cast<QHelpEvent*>(Event);
+    const int tab = FShowTabs && FShowTabHints
+                        ? PlusTabAt(TabLayout(), {help->pos().x(), help->pos().y()})
+                        : -1;
+    if (tab < 0 || !TWgHintWindow::ShowControlHint(this, help->globalPos(), Pages(tab)->Hint()))
+        Event->ignore();
+    return true;
 }

@@ -22,6 +22,8 @@ enum TWgTabStyle : std::uint8_t {
     etsAngledTabs = 5,
 };
 enum TWgTabPosition : std::uint8_t { etpTop = 0, etpBottom = 1, etpRight = 2, etpLeft = 3 };
+// Which tabs carry a close button.
+enum TWgCloseBtnMode : std::uint8_t { cbmNone = 0, cbmActive = 1, cbmAll = 2 };
 
 class TWgTabSheet : public QWidget {
     Q_OBJECT
@@ -51,8 +53,13 @@ public:
     bool TabEnabled() const { return FTabEnabled; }
     void SetTabEnabled(bool Value);
     int ImageIndex() const { return FImageIndex; }
-    void SetImageIndex(int Value) { FImageIndex = Value; }
+    void SetImageIndex(int Value);
+    // Shown over the tab (its short form; see TWgHintWindow).
+    const WideString& Hint() const { return FHint; }
+    void SetHint(const WideString& Value) { FHint = Value; }
+    // A close button of this tab shows greyed and does nothing while false.
     bool CloseBtnEnabled() const { return FCloseBtnEnabled; }
+    void SetCloseBtnEnabled(bool Value);
     bool UseFontForTabs() const { return FUseFontForTabs; }
 
 protected:
@@ -69,6 +76,7 @@ private:
     bool FTabVisible = true;
     bool FTabEnabled = true;
     int FImageIndex = -1;
+    WideString FHint;
     bool FCloseBtnEnabled = true;
     bool FUseFontForTabs = true;
 };
@@ -111,7 +119,28 @@ public:
     void SetTabPosition(TWgTabPosition Value) { FTabPosition = Value; }
     bool VerticalSideCaptions() const { return FVerticalSideCaptions; }
     void SetVerticalSideCaptions(bool Value) { FVerticalSideCaptions = Value; }
+    // The tab under the pointer takes HotTrackFont.
     bool HotTrack() const { return FHotTrack; }
+    void SetHotTrack(bool Value);
+    const TFont& HotTrackFont() const { return FHotTrackFont; }
+    void SetHotTrackFont(const TFont& Value);
+    // The tab under the pointer now, or -1 (also without HotTrack).
+    int HotTab() const { return FHotTab; }
+    // Tabs show their sheet's image of Images.
+    bool ShowImages() const { return FShowImages; }
+    void SetShowImages(bool Value);
+    const TWgImageList* Images() const { return FImages; }
+    void SetImages(const TWgImageList* Value);
+    // A tab shows its sheet's hint under the pointer.
+    bool ShowTabHints() const { return FShowTabHints; }
+    void SetShowTabHints(bool Value) { FShowTabHints = Value; }
+    TWgCloseBtnMode CloseButtonMode() const { return FCloseButtonMode; }
+    void SetCloseButtonMode(TWgCloseBtnMode Value);
+    // The active tab's caption takes ActiveTabFont instead of Font.
+    bool UseActiveTabFont() const { return FUseActiveTabFont; }
+    void SetUseActiveTabFont(bool Value);
+    const TFont& ActiveTabFont() const { return FActiveTabFont; }
+    void SetActiveTabFont(const TFont& Value);
     int MinTabWidth() const { return FMinTabWidth; }
     int MinTabHeight() const { return FMinTabHeight; }
     TColor Color() const { return FColor; }
@@ -130,6 +159,13 @@ public:
     // Asked before the page changes; AllowChange holds true before the call.
     std::function<void(QObject* Sender, bool& AllowChange)> OnChanging;
     std::function<void(QObject* Sender)> OnChange;
+    // Asked before a close button closes its page; CanClose holds true
+    // before the call. A closed page keeps existing with its tab hidden.
+    std::function<void(QObject* Sender, TWgTabSheet* Page, bool& CanClose)> OnClosePageQuery;
+    // Closes Page as its close button does: asks OnClosePageQuery, hands
+    // the active role on to the next visible tab, and hides Page's tab.
+    // False when the close was refused.
+    bool ClosePage(TWgTabSheet* Page);
 
     // Where the pages stand, in the control's coordinates.
     QRect PageRect() const;
@@ -137,12 +173,20 @@ public:
     TPlusTabLayout TabLayout() const;
 
 protected:
+    bool event(QEvent* Event) override;
     void paintEvent(QPaintEvent* Event) override;
     void resizeEvent(QResizeEvent* Event) override;
     void mousePressEvent(QMouseEvent* Event) override;
+    void mouseMoveEvent(QMouseEvent* Event) override;
+    void mouseReleaseEvent(QMouseEvent* Event) override;
+    void leaveEvent(QEvent* Event) override;
 
 private:
     friend class TWgTabSheet;
+    void SetHotTab(int Tab);
+    bool HasCloseButton(int Page) const;
+    // A sheet's tab changed in size.
+    void PageChanged();
     void InsertPage(TWgTabSheet* Page);
     void RemovePage(TWgTabSheet* Page);
     void MovePage(TWgTabSheet* Page, int Index);
@@ -163,6 +207,16 @@ private:
     TWgTabPosition FTabPosition = etpTop;
     bool FVerticalSideCaptions = true;
     bool FHotTrack = true;
+    TFont FHotTrackFont;
+    int FHotTab = -1;
+    bool FShowImages = true;
+    const TWgImageList* FImages = nullptr;
+    bool FShowTabHints = true;
+    TWgCloseBtnMode FCloseButtonMode = cbmNone;
+    // The tab whose close button the mouse went down on, or -1.
+    int FClosePressed = -1;
+    bool FUseActiveTabFont = false;
+    TFont FActiveTabFont;
     int FMinTabWidth = 40;
     int FMinTabHeight = 40;
     TColor FColor = clBtnFace;

@@ -3,6 +3,8 @@
 #include "base/ui/QtCanvas.h"
 
 #include "base/ui/Keys.h"
+#include "controls/HTMLCaption.h"
+#include "controls/WgHint.h"
 #include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
@@ -12,6 +14,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QStatusTipEvent>
 
 TShortCut ShiftStateOf(Qt::KeyboardModifiers Modifiers) {
     TShortCut shift = 0;
@@ -26,6 +29,9 @@ TWgPopupMenu::TWgPopupMenu(QWidget* Parent)
       FSource(FOwnItems.get()) {
     setMouseTracking(true);
     setAttribute(Qt::WA_NoMouseReplay);
+    FOwnItems->OnChange = [this](TWgMenuItem*, bool Structural) {
+        if (FSource == FOwnItems.get()) ItemsChanged(Structural);
+    };
     FMetrics.Font.Name = u"Tahoma";
     FMetrics.Font.Height = -11;
 }
@@ -40,12 +46,33 @@ void TWgPopupMenu::SetSource(TWgMenuItem* Item) {
 
 void TWgPopupMenu::AssignMenuSettings(const TWgMenu& Menu) {
     FMetrics.Images = Menu.Images;
+    FMetrics.HotImages = Menu.HotImages;
+    FMetrics.DisabledImages = Menu.DisabledImages;
     FMetrics.DrawStyle = Menu.DrawStyle;
     FMetrics.ItemSpace = Menu.ItemSpace;
     FMetrics.ImageMargin = Menu.ImageMargin;
     if (!Menu.SystemFont) FMetrics.Font = Menu.Font;
+    FMetrics.IsHTML = Menu.IsHTML;
     OwnerDraw = true;
-    IsHTML = Menu.IsHTML;
+}
+
+void TWgPopupMenu::SetIsHTML(bool Value) {
+    if (FMetrics.IsHTML == Value) return;
+    FMetrics.IsHTML = Value;
+    if (isVisible()) Relayout();
+}
+
+void TWgPopupMenu::ItemsChanged(bool Structural) {
+    // A closed popup is laid out afresh when it opens.
+    if (!isVisible()) return;
+    if (Structural) {
+        CloseSubMenu();
+        // The selection stays where its index is still an item to stop at.
+        if (NextPopupItem(*FSource, FSelected - 1, 1) != FSelected) FSelected = -1;
+    } else if (FSubMenu) {
+        FSubMenu->ItemsChanged(false);
+    }
+    Relayout();
 }
 
 void TWgPopupMenu::Relayout() {
@@ -75,7 +102,8 @@ void TWgPopupMenu::Popup(QPoint Pos, bool SelectFirst) {
     }
     // The client rectangle, not the frame: a popup's items start at Pos.
     setGeometry(QRect(Pos, size()));
-    FSelected = SelectFirst ? NextPopupItem(*FSource, -1, 1) : -1;
+    FSelected = -1;
+    if (SelectFirst) Select(NextPopupItem(*FSource, -1, 1));
     FLastMouse = QCursor::pos();
     show();
     raise();
@@ -98,7 +126,18 @@ TWgPopupMenu* TWgPopupMenu::PopupAt(QPoint GlobalPos) {
 void TWgPopupMenu::Select(int Index) {
     if (FSelected == Index) return;
     FSelected = Index;
+    const TWgMenuItem* item = FSource->Items(Index);
+    TellStatus(item ? GetLongHint(item->Hint()) : WideString());
     update();
+}
+
+void TWgPopupMenu::TellStatus(const WideString& Text) {
+    // The long hint of the selected item goes to the status line of the
+    // window the menu belongs to.
+    QWidget* owner = Root()->parentWidget();
+    if (!owner) return;
+    QStatusTipEvent tip(QString::fromStdU16String(CaptionPlainText(Text)));
+    QCoreApplication::sendEvent(owner, &tip);
 }
 
 void TWgPopupMenu::OpenSubMenu(bool SelectFirst) {
@@ -113,7 +152,6 @@ void TWgPopupMenu::OpenSubMenu(bool SelectFirst) {
     sub->FParentMenu = this;
     sub->FMetrics = FMetrics;
     sub->OwnerDraw = OwnerDraw;
-    sub->IsHTML = IsHTML;
     sub->SetSource(item);
     FSubMenu = sub;
     const QRect box = ItemRect(FSelected);
@@ -137,6 +175,7 @@ void TWgPopupMenu::CloseMenu(TWgPopupCloseReason Reason) {
     CloseSubMenu();
     hide();
     FClosing = false;
+    if (!FParentMenu) TellStatus({});
     if (!FParentMenu && OnClose) OnClose(Reason);
 }
 

@@ -32,6 +32,10 @@ public:
 
     const TWgImageList* Images() const { return FMetrics.Images; }
     void SetImages(const TWgImageList* Value) { FMetrics.Images = Value; }
+    const TWgImageList* HotImages() const { return FMetrics.HotImages; }
+    void SetHotImages(const TWgImageList* Value) { FMetrics.HotImages = Value; }
+    const TWgImageList* DisabledImages() const { return FMetrics.DisabledImages; }
+    void SetDisabledImages(const TWgImageList* Value) { FMetrics.DisabledImages = Value; }
     int ItemSpace() const { return FMetrics.ItemSpace; }
     void SetItemSpace(int Value) { FMetrics.ItemSpace = Value; }
     int ImageMargin() const { return FMetrics.ImageMargin; }
@@ -41,9 +45,16 @@ public:
     const TFont& Font() const { return FMetrics.Font; }
     void SetFont(const TFont& Value) { FMetrics.Font = Value; }
     bool OwnerDraw = true;
-    bool IsHTML = false;
-    // Copies images, style, spacing and font (unless it uses the system's) of Menu.
+    // Item captions that begin with "<html>" are drawn as markup.
+    bool IsHTML() const { return FMetrics.IsHTML; }
+    void SetIsHTML(bool Value);
+    // Copies images, style, spacing, markup and font (unless it uses the
+    // system's) of Menu.
     void AssignMenuSettings(const TWgMenu& Menu);
+    // The items shown changed while the popup may be open: it is laid out
+    // again where it stands. After a structural change (items came or went)
+    // its sub-menus close, as the item they show may be gone.
+    void ItemsChanged(bool Structural);
 
     // Opens with the top left at Pos (screen coordinates); with SelectFirst
     // the first item is selected, as when opened from the keyboard.
@@ -82,6 +93,7 @@ private:
     TWgPopupMenu* PopupAt(QPoint GlobalPos);
     void Relayout();
     void Select(int Index);
+    void TellStatus(const WideString& Text);
     void OpenSubMenu(bool SelectFirst);
     void CloseSubMenu();
     void Execute(int Index);

@@ -1,9 +1,13 @@
 #include "controls/ui/WgToolBar.h"
 
 #include "base/ui/QtCanvas.h"
+#include "controls/HTMLCaption.h"
+#include "controls/WgHint.h"
+#include "controls/ui/WgHintWindow.h"
 #include "controls/ui/WgPopupMenu.h"
 
 #include <QChildEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -49,9 +53,20 @@ WG_BUTTON_SETTER(Font, const TFont&, FFont)
 
 void TCustomWgGraphicButton::SetHint(const WideString& Value) {
     FHint = Value;
-    setToolTip(QString::fromStdU16String(Value));
+    // The short form shows in our hint window (see event()), the long one
+    // on the status line.
+    setStatusTip(QString::fromStdU16String(CaptionPlainText(GetLongHint(Value))));
     // A glyph-only button is known to assistive tools by its hint.
-    setAccessibleName(QString::fromStdU16String(Value));
+    setAccessibleName(QString::fromStdU16String(CaptionPlainText(GetShortHint(Value))));
+}
+
+bool TCustomWgGraphicButton::event(QEvent* Event) {
+    if (Event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(Event);
+        if (!TWgHintWindow::ShowControlHint(this, help->globalPos(), FHint)) Event->ignore();
+        return true;
+    }
+    return QWidget::event(Event);
 }
 
 void TCustomWgGraphicButton::SetGlyph(const TMemoryBitmap& Value) {
@@ -59,8 +74,26 @@ void TCustomWgGraphicButton::SetGlyph(const TMemoryBitmap& Value) {
     FaceChanged();
 }
 
+void TCustomWgGraphicButton::SetAction(TWgAction* Value) {
+    FActionLink.OnChange = [this](TWgAction& Action) {
+        SetCaption(Action.Caption());
+        if (FHint != Action.Hint()) SetHint(Action.Hint());
+        SetImageIndex(Action.ImageIndex());
+        SetDown(Action.Checked());
+        setEnabled(Action.Enabled());
+        // A button outside any window is never shown: it would become a
+        // window of its own.
+        if (parentWidget() || !Action.Visible()) setVisible(Action.Visible());
+    };
+    FActionLink.Bind(Value);
+}
+
 void TCustomWgGraphicButton::Click() {
-    if (isEnabled() && OnClick) OnClick(this);
+    if (!isEnabled()) return;
+    if (OnClick)
+        OnClick(this);
+    else if (TWgAction* action = Action())
+        action->Execute();
 }
 
 TWgButtonFace TCustomWgGraphicButton::Face() const {
@@ -235,7 +268,12 @@ TWgButtonFace TCustomWgToolButton::Face() const {
         if (bar->TransparentButtons()) face.Transparent = true;
         face.Color = bar->ButtonColor();
         face.Font = bar->Font();
-        if (FUseImageList && bar->UseImageList() && bar->Images()) face.Images = bar->Images();
+        face.IsHTML = bar->IsHTML();
+        if (FUseImageList && bar->UseImageList() && bar->Images()) {
+            face.Images = bar->Images();
+            face.HotImages = bar->HotImages();
+            face.DisabledImages = bar->DisabledImages();
+        }
     }
     if (!FUseImageList) face.Images = nullptr;
     if (FButtonType != ebtButton) {
@@ -307,8 +345,11 @@ WG_BAR_SETTER(Flat, bool, FFlat)
 WG_BAR_SETTER(ButtonColor, TColor, FButtonColor)
 WG_BAR_SETTER(ShowBorder, bool, FShowBorder)
 WG_BAR_SETTER(Images, const TWgImageList*, FImages)
+WG_BAR_SETTER(HotImages, const TWgImageList*, FHotImages)
+WG_BAR_SETTER(DisabledImages, const TWgImageList*, FDisabledImages)
 WG_BAR_SETTER(UseImageList, bool, FUseImageList)
 WG_BAR_SETTER(TransparentButtons, bool, FTransparentButtons)
+WG_BAR_SETTER(IsHTML, bool, FIsHTML)
 
 #undef WG_BAR_METRIC
 #undef WG_BAR_SETTER

@@ -5,6 +5,7 @@
 // (WgToolBarLayout, WgToolBarPaint); these widgets host it.
 
 #include "base/ImageList.h"
+#include "controls/WgAction.h"
 #include "controls/WgToolBarLayout.h"
 #include "controls/WgToolBarPaint.h"
 #include "controls/ui/WgPanel.h"
@@ -29,6 +30,8 @@ public:
 
     const WideString& Caption() const { return FCaption; }
     virtual void SetCaption(const WideString& Value);
+    // A "|" splits the hint into its short form, shown under the pointer,
+    // and its long form, for the status line.
     const WideString& Hint() const { return FHint; }
     void SetHint(const WideString& Value);
     bool Flat() const { return FFlat; }
@@ -56,9 +59,15 @@ public:
     const TFont& Font() const { return FFont; }
     void SetFont(const TFont& Value);
 
+    // Binds the button to an action (null lets go): it shows the action's
+    // caption, hint, image, state and checked state (as Down), now and at
+    // every change, and a click without OnClick runs the action.
+    TWgAction* Action() const { return FActionLink.Action(); }
+    void SetAction(TWgAction* Value);
+
     // The pointer is over the button.
     bool Hot() const { return FHot; }
-    // Fires OnClick.
+    // Fires OnClick, or without one runs the action.
     virtual void Click();
     TNotifyEvent OnClick;
 
@@ -68,6 +77,7 @@ public:
     virtual TSize ContentSize() const;
 
 protected:
+    bool event(QEvent* Event) override;
     void paintEvent(QPaintEvent* Event) override;
     void enterEvent(QEnterEvent* Event) override;
     void leaveEvent(QEvent* Event) override;
@@ -96,6 +106,7 @@ private:
     TColor FColor = clBtnFace;
     TFont FFont;
     bool FHot = false;
+    TWgActionLink FActionLink;
 };
 
 class TCustomWgToolButton : public TCustomWgGraphicButton {
@@ -189,12 +200,21 @@ public:
     void SetShowBorder(bool Value);
     const TWgImageList* Images() const { return FImages; }
     void SetImages(const TWgImageList* Value);
+    // Glyphs of a button under the pointer and of a disabled one, by the
+    // same index as Images.
+    const TWgImageList* HotImages() const { return FHotImages; }
+    void SetHotImages(const TWgImageList* Value);
+    const TWgImageList* DisabledImages() const { return FDisabledImages; }
+    void SetDisabledImages(const TWgImageList* Value);
     bool UseImageList() const { return FUseImageList; }
     void SetUseImageList(bool Value);
     bool TransparentButtons() const { return FTransparentButtons; }
     void SetTransparentButtons(bool Value);
     bool ShowMoreMenu() const { return FMetrics.ShowMoreMenu; }
     void SetShowMoreMenu(bool Value);
+    // Button captions that begin with "<html>" are drawn as markup.
+    bool IsHTML() const { return FIsHTML; }
+    void SetIsHTML(bool Value);
     void SetBevelOuter(TPanelBevel Value) override;
     void SetBevelInner(TPanelBevel Value) override;
     void SetFont(const TFont& Value) override;
@@ -225,8 +245,11 @@ private:
     TColor FButtonColor = clBtnFace;
     bool FShowBorder = true;
     const TWgImageList* FImages = nullptr;
+    const TWgImageList* FHotImages = nullptr;
+    const TWgImageList* FDisabledImages = nullptr;
     bool FUseImageList = false;
     bool FTransparentButtons = false;
+    bool FIsHTML = false;
     bool FLayingOut = false;
 };
 

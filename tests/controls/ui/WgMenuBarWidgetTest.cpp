@@ -231,3 +231,90 @@ TEST(MenuBarWidget, AMenuThatGoesFirstLeavesAnEmptyBar) {
     EXPECT_TRUE(bar.MenuButtons().isEmpty());
     EXPECT_EQ(bar.height(), 20);
 }
+
+TEST_F(MenuBarWidgetTest, ActionsOfItemsReachTheButtonsAndTheirShortcutsRunThem) {
+    TWgAction tools(u"Tools");
+    tools.SetHint(u"Tools|Helpers for definitions");
+    TWgMenuItem* top = Menu.Items().Add(u"");
+    top->Add(u"Check");
+    top->SetAction(&tools);
+    ASSERT_EQ(Bar->MenuButtons().size(), 3);
+    TWgMenuBarButton* button = Bar->MenuButtons()[2];
+    EXPECT_EQ(button->Action(), &tools);
+    EXPECT_EQ(button->Caption(), u"Tools");
+    EXPECT_EQ(button->statusTip(), "Helpers for definitions");
+    tools.SetCaption(u"Extras");
+    tools.SetEnabled(false);
+    EXPECT_EQ(button->Caption(), u"Extras");
+    EXPECT_FALSE(button->isEnabled());
+
+    int runs = 0;
+    TWgAction reload(u"Reload");
+    reload.SetShortCut(ShortCut('R', scCtrl));
+    reload.OnExecute = [&](TWgAction*) { ++runs; };
+    File->Add(u"")->SetAction(&reload);
+    Key(Edit, Qt::Key_R, Qt::ControlModifier);
+    EXPECT_EQ(runs, 1);
+    reload.SetEnabled(false);
+    Key(Edit, Qt::Key_R, Qt::ControlModifier);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(MenuBarWidgetTest, PopupsShowTheHotGlyphOfTheSelectedItemAndTheDisabledOnes) {
+    TWgImageList hot, disabled;
+    for (int i = 0; i < 8; ++i) {
+        hot.Add(TMemoryBitmap(16, 16, ColorToPixel(0x00FF00)));
+        disabled.Add(TMemoryBitmap(16, 16, ColorToPixel(0xFF0000)));
+    }
+    Menu.HotImages = &hot;
+    Menu.DisabledImages = &disabled;
+    Bar->Rebuild();
+    EXPECT_EQ(Bar->HotImages(), &hot);
+    Save->SetEnabled(false);
+    Key(Edit, Qt::Key_F, Qt::AltModifier);
+    TWgPopupMenu* popup = Popup();
+    ASSERT_NE(popup, nullptr);
+    EXPECT_EQ(popup->DisabledImages(), &disabled);
+    // The glyph column is 28 wide: a 16-pixel glyph starts at 1 + 6.
+    auto glyph = [&](int Item) {
+        return popup->grab().toImage().pixelColor(7 + 8, popup->ItemRect(Item).center().y());
+    };
+    EXPECT_EQ(glyph(0), QColor(0, 255, 0)); // selected
+    EXPECT_EQ(glyph(2), QColor(0, 0, 255)); // disabled
+    const QColor plain = glyph(1);
+    Key(popup, Qt::Key_Down);
+    EXPECT_EQ(glyph(1), QColor(0, 255, 0));
+    EXPECT_NE(glyph(0), QColor(0, 255, 0));
+    EXPECT_NE(plain, QColor(0, 255, 0));
+}
+
+TEST_F(MenuBarWidgetTest, AnOpenPopupFollowsChangesOfItsItems) {
+    QTest::mouseClick(Bar->MenuButtons()[0], Qt::LeftButton);
+    TWgPopupMenu* popup = Popup();
+    ASSERT_NE(popup, nullptr);
+    const QSize before = popup->size();
+    File->Add(u"Close");
+    ASSERT_EQ(Popup(), popup); // still open, not made anew
+    EXPECT_GT(popup->height(), before.height());
+    New->SetCaption(u"New definition from the template of another language");
+    EXPECT_GT(popup->width(), before.width() + 100);
+    EXPECT_EQ(Bar->MenuButtons().size(), 2);
+}
+
+TEST_F(MenuBarWidgetTest, TheItemOfAnOpenSubMenuMayGoAway) {
+    TWgMenuItem* recent = File->Insert(2, std::make_unique<TWgMenuItem>(u"Recent"));
+    recent->Add(u"one.syx");
+    Key(Edit, Qt::Key_F, Qt::AltModifier);
+    TWgPopupMenu* popup = Popup();
+    ASSERT_NE(popup, nullptr);
+    Key(popup, Qt::Key_Down);
+    Key(popup, Qt::Key_Down);
+    Key(popup, Qt::Key_Right);
+    ASSERT_NE(popup->SubMenu(), nullptr);
+    File->Remove(recent); // gone, with its sub-items
+    EXPECT_EQ(popup->SubMenu(), nullptr);
+    EXPECT_TRUE(popup->isVisible());
+    EXPECT_EQ(popup->Selected(), 2); // now "Save"
+    Key(popup, Qt::Key_Return);
+    EXPECT_EQ(Clicked, (std::vector<TWgMenuItem*>{Save}));
+}

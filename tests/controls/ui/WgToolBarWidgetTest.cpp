@@ -1,6 +1,8 @@
 #include "controls/WgGlyphs.h"
 #include "controls/ui/WgToolBar.h"
 
+#include <QApplication>
+#include <QEnterEvent>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -85,4 +87,74 @@ TEST(ToolBarWidget, TransparentButtonsShowTheGradientAndTheirGlyph) {
     EXPECT_EQ(image.pixelColor(4, 15), image.pixelColor(150, 15));
     // The middle of the plus sign of the add glyph (16 by 16, centred in 24).
     EXPECT_EQ(image.pixelColor(3 + 4 + 7, 3 + 4 + 7), QColor(40, 150, 50));
+}
+
+namespace {
+
+TWgImageList SolidGlyphs(std::initializer_list<TColor> Colors) {
+    TWgImageList list;
+    for (TColor c : Colors)
+        list.Add(TMemoryBitmap(16, 16, ColorToPixel(c)));
+    return list;
+}
+
+// The glyph's centre: 16 by 16 in the 24-pixel button at (3, 3).
+QColor GlyphColor(TWgToolbar& Bar) {
+    return Bar.grab().toImage().pixelColor(3 + 12, 3 + 12);
+}
+
+} // namespace
+
+TEST(ToolBarWidget, HotAndDisabledButtonsTakeTheGlyphsOfTheirLists) {
+    const TWgImageList plain = SolidGlyphs({0x0000FF, 0x0000FF});
+    const TWgImageList hot = SolidGlyphs({0x00FF00});
+    const TWgImageList disabled = SolidGlyphs({0xFF0000});
+    TWgToolbar bar;
+    bar.resize(200, 30);
+    bar.SetImages(&plain);
+    bar.SetHotImages(&hot);
+    bar.SetDisabledImages(&disabled);
+    bar.SetUseImageList(true);
+    auto* button = new TWgToolButton(&bar);
+    button->SetImageIndex(0);
+    bar.show();
+    EXPECT_EQ(GlyphColor(bar), QColor(255, 0, 0));
+    QEnterEvent enter(QPointF(5, 5), QPointF(5, 5), QPointF(5, 5));
+    QApplication::sendEvent(button, &enter);
+    EXPECT_EQ(GlyphColor(bar), QColor(0, 255, 0));
+    button->setEnabled(false);
+    EXPECT_EQ(GlyphColor(bar), QColor(0, 0, 255));
+    // An index that the disabled list lacks: the plain glyph, greyed.
+    button->SetImageIndex(1);
+    const QColor grey = GlyphColor(bar);
+    EXPECT_EQ(grey.red(), grey.green());
+    EXPECT_EQ(grey.green(), grey.blue());
+}
+
+TEST(ToolBarWidget, AButtonShowsItsActionAndRunsIt) {
+    TWgToolbar bar;
+    auto* button = new TWgToolButton(&bar);
+    bar.show();
+    int runs = 0;
+    auto action = std::make_unique<TWgAction>(u"Sort");
+    action->SetHint(u"Sort|Sorts the list");
+    action->SetImageIndex(3);
+    action->OnExecute = [&](TWgAction*) { ++runs; };
+    button->SetAction(action.get());
+    EXPECT_EQ(button->Caption(), u"Sort");
+    EXPECT_EQ(button->statusTip(), "Sorts the list");
+    EXPECT_EQ(button->ImageIndex(), 3);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(runs, 1);
+    action->SetEnabled(false);
+    EXPECT_FALSE(button->isEnabled());
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(runs, 1);
+    action->SetChecked(true);
+    EXPECT_TRUE(button->Down());
+    action->SetVisible(false);
+    EXPECT_TRUE(button->isHidden());
+    action.reset(); // the button lets go and keeps what it showed
+    EXPECT_EQ(button->Action(), nullptr);
+    EXPECT_EQ(button->Caption(), u"Sort");
 }
