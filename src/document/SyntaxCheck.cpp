@@ -575,7 +575,10 @@ WideString TCheckRun::EntryName(TSyntaxPart Part, int Index) const {
     case spFolds: {
         const TWgWideStringList& list = Part == spBlocks ? *FRead.Blocks : *FRead.Folds;
         const int record = Index / 5;
-        WideString name = (Part == spBlocks ? BlockFieldKeys : FoldFieldKeys)[Index % 5];
+        // Through a pointer: indexing the conditional of the two arrays is
+        // mistranslated by some compilers in unoptimised sanitizer builds.
+        const char16_t* const* keys = Part == spBlocks ? BlockFieldKeys : FoldFieldKeys;
+        WideString name = keys[Index % 5];
         name += Part == spBlocks ? u" of block " : u" of fold ";
         name += record * 5 < list.Count() ? Quoted(list.Ref(record * 5))
                                           : IntToWide(record + 1);
