@@ -1,21 +1,5 @@
 # syxtool check and diff end to end: run with -DSYXTOOL=... -DWORK=...
-file(REMOVE_RECURSE "${WORK}")
-file(MAKE_DIRECTORY "${WORK}")
-
-function(expect_run code)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL code)
-    message(FATAL_ERROR "expected exit ${code}, got ${rc}: ${ARGN}\n${out}\n${err}")
-  endif()
-  set(LAST_OUT "${out}" PARENT_SCOPE)
-  set(LAST_ERR "${err}" PARENT_SCOPE)
-endfunction()
-
-function(expect_equal actual expected)
-  if(NOT "${actual}" STREQUAL "${expected}")
-    message(FATAL_ERROR "expected:\n${expected}\ngot:\n${actual}")
-  endif()
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/expect.cmake")
 
 # A clean file: nothing to say, exit 0.
 file(WRITE "${WORK}/clean.syx" "[Options]\r\n  CaseSensitive = \"Yes\"\r\n[End]\r\n")

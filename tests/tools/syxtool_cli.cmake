@@ -1,23 +1,5 @@
 # End-to-end checks of syxtool: run with -DSYXTOOL=... -DDATA=... -DWORK=...
-file(REMOVE_RECURSE "${WORK}")
-file(MAKE_DIRECTORY "${WORK}")
-
-function(expect_run code)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL code)
-    message(FATAL_ERROR "expected exit ${code}, got ${rc}: ${ARGN}\n${out}\n${err}")
-  endif()
-  set(LAST_OUT "${out}" PARENT_SCOPE)
-  set(LAST_ERR "${err}" PARENT_SCOPE)
-endfunction()
-
-function(expect_same a b)
-  file(READ "${a}" ca HEX)
-  file(READ "${b}" cb HEX)
-  if(NOT ca STREQUAL cb)
-    message(FATAL_ERROR "${a} and ${b} differ")
-  endif()
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/expect.cmake")
 
 # Open then Save of the reference document gives the reference text, and a
 # second pass gives the same bytes.

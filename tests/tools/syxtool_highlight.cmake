@@ -1,17 +1,8 @@
 # syxtool highlight end to end against the references in tests/data/highlight.
 # Run with -DSYXTOOL=... -DDATA=... -DWORK=...; add -DREGENERATE=ON to write
 # the references anew from the current program (then read the diff).
-file(REMOVE_RECURSE "${WORK}")
-file(MAKE_DIRECTORY "${WORK}")
+include("${CMAKE_CURRENT_LIST_DIR}/expect.cmake")
 set(DIR "${DATA}/highlight")
-
-function(expect_run code)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL code)
-    message(FATAL_ERROR "expected exit ${code}, got ${rc}: ${ARGN}\n${out}\n${err}")
-  endif()
-  set(LAST_ERR "${err}" PARENT_SCOPE)
-endfunction()
 
 # Runs syxtool highlight ARGS into WORK/OUTPUT and compares it byte for byte
 # with the reference of that name.
