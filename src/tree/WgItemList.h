@@ -7,16 +7,21 @@
 // previous one, not the length of the list, so deleting or inserting whole
 // subtrees of a million-row tree does not move the whole array each time.
 // Indexes are logical; the gap is never visible to callers.
+//
+// Every change of the contents counts in Changes(), so that what is derived
+// from the list (the index of the rows on show) can tell that it is stale.
 
 #include "base/Exceptions.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
 template <typename T> class TWgItemList {
 public:
     int Count() const { return FSize - FGapLen; }
+    std::uint64_t Changes() const { return FChanges; }
     int Capacity() const { return FSize; }
     void SetCapacity(int Value) {
         if (Value > FSize) Regrow(Value);
@@ -31,6 +36,7 @@ public:
     T* At(int Index) const { return FBuf[Index < FGapStart ? Index : Index + FGapLen]; }
     void Put(int Index, T* Item) {
         Check(Index);
+        ++FChanges;
         FBuf[Index < FGapStart ? Index : Index + FGapLen] = Item;
     }
     T* Last() const { return Count() == 0 ? nullptr : At(Count() - 1); }
@@ -44,6 +50,7 @@ public:
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, Index));
         if (FGapLen == 0) Regrow(FSize < 16 ? 16 : FSize * 2);
         MoveGap(Index);
+        ++FChanges;
         FBuf[FGapStart++] = Item;
         --FGapLen;
     }
@@ -53,6 +60,7 @@ public:
         if (Index < 0 || Index + N > Count())
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, Index));
         MoveGap(Index);
+        ++FChanges;
         FGapLen += N;
     }
     // Removes every null element, keeping the order of the others.
@@ -66,6 +74,7 @@ public:
     void Clear() {
         FBuf.reset();
         FSize = FGapStart = FGapLen = 0;
+        ++FChanges;
     }
 
     int IndexOf(const T* Item) const { return IndexOfFrom(Item, 0); }
@@ -100,6 +109,7 @@ public:
         if (From < 0 || From + N > Count() || To < 0 || To > Count())
             throw EListError(FormatIndexMessage(RtlMessages::SListIndexError, From));
         if (To >= From && To <= From + N) return; // a target inside the range itself moves nothing
+        ++FChanges;
         const int lo = std::min(From, To), hi = std::max(From + N, To);
         if (FGapStart > lo && FGapStart < hi) MoveGap(FGapStart - lo < hi - FGapStart ? lo : hi);
         const int off = FGapStart <= lo ? FGapLen : 0;
@@ -149,4 +159,5 @@ private:
     int FSize = 0;     // physical length, elements and gap
     int FGapStart = 0; // logical index where the gap begins
     int FGapLen = 0;
+    std::uint64_t FChanges = 0;
 };

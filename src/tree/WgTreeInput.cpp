@@ -258,10 +258,10 @@ void TWgTreeView::FrameMove(unsigned Shift, int X, int Y) {
         FHost->DrawFocusFrame(FFrameRect);
     }
 
-    const std::vector<TWgTreeItem*> rows = VisibleRows();
     std::vector<TWgTreeItem*> set;
-    for (int i = std::max(r1, 0); i <= r2 && i < int(rows.size()); ++i) {
-        TWgTreeItem* item = rows[std::size_t(i)];
+    for (int i = std::max(r1, 0); i <= r2; ++i) {
+        TWgTreeItem* item = FOwner.VisibleItem(i);
+        if (!item) break;
         const TRect tr = item->TextRect();
         if ((FOwner.RowSelect && FOwner.FullRowSelect) || (tr.Left <= x2 && x1 <= tr.Right))
             set.push_back(item);
@@ -445,6 +445,16 @@ void TWgTreeView::ShowLineHintNow() {
 // ---- keyboard
 
 TWgTreeItem* TWgTreeView::NextEnabled(TWgTreeItem* From, bool Forward) const {
+    if (!From && !Forward) return nullptr;
+    const int start = From ? FOwner.VisibleIndexOf(From) : -1;
+    if (!From || start >= 0) {
+        for (int row = From ? start + (Forward ? 1 : -1) : 0;
+             TWgTreeItem* item = FOwner.VisibleItem(row); row += Forward ? 1 : -1)
+            if (ItemUsable(item)) return item;
+        return nullptr;
+    }
+    // From a row that is not on show, the walk of the flat list decides: it
+    // goes on through the start's siblings, shown or not.
     TWgTreeItem* found = nullptr;
     const bool ignore = FOwner.IgnoreEnabled();
     auto proc = [&](TWgTreeItem* Item, int Index, bool& Continue, void*, TWgTreeModel*) {
@@ -469,19 +479,11 @@ TWgTreeItem* TWgTreeView::FindNewFocused(int Key, TWgTreeItem* Focused) const {
         return NextEnabled(Focused, true);
     case VK_HOME:
         return NextEnabled(nullptr, true);
-    case VK_END: {
-        TWgTreeItem* last = nullptr;
-        FOwner.IterateBack(
-            true, false,
-            [&](TWgTreeItem* Item, int, bool& Continue, void*, TWgTreeModel*) {
-                if (Item->Enabled() || FOwner.IgnoreEnabled()) {
-                    last = Item;
-                    Continue = false;
-                }
-            },
-            nullptr);
-        return last;
-    }
+    case VK_END:
+        for (int row = FOwner.TotalVisible() - 1; TWgTreeItem* item = FOwner.VisibleItem(row);
+             --row)
+            if (ItemUsable(item)) return item;
+        return nullptr;
     case VK_PRIOR:
     case VK_NEXT: {
         if (!Focused) return NextEnabled(nullptr, true);

@@ -92,23 +92,7 @@ int TWgTreeItem::AbsoluteIndex() const {
 }
 
 int TWgTreeItem::VisIndex() const {
-    const int target = AbsoluteIndex();
-    if (target < 0) return -1;
-    const auto& all = FOwner->AllList();
-    const bool filter = FOwner->FilteredVisibility();
-    int count = 0;
-    int i = 0;
-    while (i < target) {
-        const TWgTreeItem* item = all.At(i);
-        if (filter && item->Hidden()) {
-            i = FOwner->SubtreeEnd(i);
-            continue;
-        }
-        ++count;
-        i = item->Expanded() ? i + 1 : FOwner->SubtreeEnd(i);
-    }
-    // Jumping past the item means it lies in a collapsed or hidden subtree.
-    return i == target ? count : -1;
+    return FOwner->VisibleIndexOf(this);
 }
 
 int TWgTreeItem::SubCount() const {
@@ -196,7 +180,11 @@ TWgTreeItem* TWgTreeItem::GetNext() const {
 
 // ---- adding
 
+// A child that comes or goes changes where subtrees end even where the flat
+// list keeps its order (a move to the place it already has): the model's
+// index of the rows on show hears of it.
 void TWgTreeItem::Attach(TWgTreeItem* Child) {
+    FOwner->VisibilityChanged();
     Child->FParent = this;
     if (!FChildren) FChildren = std::make_unique<TWgList<TWgTreeItem>>();
 }
@@ -267,6 +255,7 @@ void TWgTreeItem::RemoveFromChildren(TWgTreeItem* Child) {
     const int index = FChildren->IndexOfBack(Child);
     if (index >= 0) FChildren->Delete(index);
     if (FChildren->Count() == 0) FChildren.reset();
+    FOwner->VisibilityChanged();
 }
 
 void TWgTreeItem::DeleteChild(TWgTreeItem* Child) {
@@ -278,14 +267,15 @@ void TWgTreeItem::DeleteChild(TWgTreeItem* Child) {
 // costs one block move instead of one per item. Its descendants are freed as
 // they go; their slots in the flat list are cleared on the way (they go in
 // reverse depth-first order, so each one stands just before the previous),
-// and the range is cut out at the end.
+// and the range is cut out at the end. The descendants go under the lock
+// and the stale mark of their top item, which hold for the whole subtree.
 void TWgTreeItem::DeleteChildInBatch(TWgTreeItem* Child, TDeleteBatch* Batch) {
     TWgTreeModel* tree = FOwner;
     auto& all = tree->FAllList;
     const bool destroying = tree->Destroying();
     const bool wasUnlocked = tree->UpdateCount() == 0;
     Child->FFlags |= ifDeleting;
-    tree->BeginUpdate();
+    if (!Batch) tree->BeginUpdate();
 
     TDeleteBatch local;
     if (!Batch) {
@@ -310,7 +300,7 @@ void TWgTreeItem::DeleteChildInBatch(TWgTreeItem* Child, TDeleteBatch* Batch) {
 
     if (Child->Hidden()) {
         --tree->FHiddenCount;
-        Child->FFlags &= ~ifHidden;
+        Child->StoreFlags(Child->FFlags & ~ifHidden);
     }
 
     auto successor = [&]() -> TWgTreeItem* {
@@ -319,7 +309,7 @@ void TWgTreeItem::DeleteChildInBatch(TWgTreeItem* Child, TDeleteBatch* Batch) {
         return FParent ? this : nullptr;
     };
     if (tree->FSelAnchor == Child) tree->FSelAnchor = destroying ? nullptr : successor();
-    tree->SetItemSelected(Child, false);
+    if (Child->Selected()) tree->SetItemSelected(Child, false);
     if (tree->FFocused == Child) {
         if (destroying) {
             Child->FFlags &= ~ifFocused;
@@ -356,18 +346,18 @@ void TWgTreeItem::DeleteChildInBatch(TWgTreeItem* Child, TDeleteBatch* Batch) {
             Batch->Consistent = false; // a handler changed the list: search at the end
         --Batch->Next;
         delete Child;
-    } else {
-        if (local.Consistent && local.First >= 0 && local.Next == local.First &&
-            all.At(local.First) == Child) {
-            all.DeleteRange(local.First, local.Last - local.First + 1);
-        } else {
-            // Drop the item and every cleared slot, wherever they are now.
-            const int index = tree->IndexOfItem(Child);
-            if (index >= 0) all.Put(index, nullptr);
-            all.RemoveNulls();
-        }
-        delete Child;
+        return;
     }
+    if (local.Consistent && local.First >= 0 && local.Next == local.First &&
+        all.At(local.First) == Child) {
+        all.DeleteRange(local.First, local.Last - local.First + 1);
+    } else {
+        // Drop the item and every cleared slot, wherever they are now.
+        const int index = tree->IndexOfItem(Child);
+        if (index >= 0) all.Put(index, nullptr);
+        all.RemoveNulls();
+    }
+    delete Child;
 
     tree->MarkStale(tsmUpdated);
     tree->EndUpdate();
@@ -426,6 +416,7 @@ void TWgTreeItem::MoveTo(TWgTreeItem* NewParent, int Index) {
         all.At(i)->FIndexHint = i;
 
     FParent = NewParent;
+    tree->VisibilityChanged();
     if ((tree->SortMode() == smAdd || tree->SortMode() == smAddClick) && !tree->Sorting() &&
         (tree->SortSection() == tree->MainTreeColumn() || tree->SortSection() == -1))
         tree->MarkStale(tsmDelayedSort);
@@ -436,6 +427,7 @@ void TWgTreeItem::SetChildrenOrder(const std::vector<TWgTreeItem*>& Order) {
     if (!FChildren || int(Order.size()) != FChildren->Count()) return;
     for (int i = 0; i < FChildren->Count(); ++i)
         FChildren->Put(i, Order[std::size_t(i)]);
+    FOwner->VisibilityChanged();
 }
 
 void TWgTreeItem::MoveToIns(TWgTreeItem* Item, int Mode) {

@@ -6,7 +6,9 @@
 #include "base/WgList.h"
 #include "document/WgUnicodeStrings.h"
 #include "tree/WgCellStyle.h"
+#include "tree/WgItemText.h"
 #include "tree/WgPool.h"
+#include "tree/WgTreeModel.h"
 #include "tree/WgTreeViewLink.h"
 #include "tree/WgTypes.h"
 
@@ -33,7 +35,7 @@ struct TWgTreeItemTextExtra {
 // The text block: the item's text, and on demand hint, column texts and styles.
 struct TWgTreeItemStaticData {
     LEXSMITH_POOLED(TWgTreeItemStaticData)
-    WideString Text;
+    TWgItemText Text;
     std::unique_ptr<TWgTreeItemTextExtra> Extra;
 };
 
@@ -173,7 +175,7 @@ public:
 
     // ---- flags
     std::uint32_t Flags() const { return FFlags; }
-    void SetFlagsRaw(std::uint32_t Value) { FFlags = Value; }
+    void SetFlagsRaw(std::uint32_t Value) { StoreFlags(Value); }
     bool HasFlag(std::uint32_t Flag) const { return (FFlags & Flag) != 0; }
     std::uint32_t StaticFlags() const { return FStaticDataEx ? FStaticDataEx->StaticFlags : 0; }
     bool HasStaticFlag(std::uint32_t Flag) const { return (StaticFlags() & Flag) != 0; }
@@ -250,6 +252,12 @@ private:
     friend class TWgItemStreamReader;
 
     void Attach(TWgTreeItem* Child);
+    // Every change of the expanded or hidden flag passes here, so that the
+    // model's index of the rows on show learns that it is stale.
+    void StoreFlags(std::uint32_t Value) {
+        if (((FFlags ^ Value) & (ifExpanded | ifHidden)) && FOwner) FOwner->VisibilityChanged();
+        FFlags = Value;
+    }
     void CreateTextBlock();
     void CreateBlocks();
     TWgTreeItemTextExtra& TextExtra();

@@ -20,7 +20,7 @@ bool StartsWithHtml(const WideString& S) {
 // ---- texts
 
 WideString TWgTreeItem::Text() const {
-    if (FStaticData) return FStaticData->Text;
+    if (FStaticData) return FStaticData->Text.Str();
     WideString text;
     if (FOwner && FOwner->OnVirtualTextNeeded)
         FOwner->OnVirtualTextNeeded(*FOwner, const_cast<TWgTreeItem*>(this), -1, text);
@@ -233,7 +233,7 @@ void TWgTreeItem::SetWordWrap(bool Value) {
 
 void TWgTreeItem::SetHidden(bool Value) {
     if (Value == Hidden()) return;
-    FFlags = Value ? FFlags | ifHidden : FFlags & ~ifHidden;
+    StoreFlags(Value ? FFlags | ifHidden : FFlags & ~ifHidden);
     FOwner->AdjustHiddenCount(Value ? 1 : -1);
     if (FOwner->FilteredVisibility()) {
         TWgTreeLock lock(*FOwner);
@@ -291,7 +291,7 @@ void TWgTreeItem::SetChecked(bool Value) {
 // ---- expanding
 
 void TWgTreeItem::UpdateExpanded(bool Value) {
-    FFlags = Value ? FFlags | ifExpanded : FFlags & ~ifExpanded;
+    StoreFlags(Value ? FFlags | ifExpanded : FFlags & ~ifExpanded);
     if (FStaticDataEx)
         FStaticDataEx->State = Value ? FStaticDataEx->State | stExpanded
                                      : FStaticDataEx->State & ~std::uint16_t(stExpanded);
@@ -504,7 +504,7 @@ void TWgTreeItem::Assign(const TWgTreeItem& Source) {
 
     const bool before = VarHeightFlags(*this, *tree);
     const bool wasHidden = Hidden();
-    FFlags = (Source.FFlags & ~AssignSkippedFlags) | (FFlags & AssignSkippedFlags);
+    StoreFlags((Source.FFlags & ~AssignSkippedFlags) | (FFlags & AssignSkippedFlags));
     tree->AdjustTotalVarHeightCount(int(VarHeightFlags(*this, *tree)) - int(before));
     if (Hidden() != wasHidden) tree->AdjustHiddenCount(Hidden() ? 1 : -1);
     SetIsHTML(Source.IsHTML());

@@ -31,20 +31,7 @@ TWgTreeItem* TWgTreeItems::Item(int Index) const {
 }
 
 TWgTreeItem* TWgTreeItems::ItemAsVis(int Index) const {
-    if (Index < 0) return nullptr;
-    const auto& all = FOwner->AllList();
-    const bool filter = FOwner->FilteredVisibility();
-    int row = 0;
-    for (int i = 0; i < all.Count();) {
-        TWgTreeItem* item = all.At(i);
-        if (filter && item->Hidden()) {
-            i = FOwner->SubtreeEnd(i);
-            continue;
-        }
-        if (row++ == Index) return item;
-        i = item->Expanded() ? i + 1 : FOwner->SubtreeEnd(i);
-    }
-    return nullptr;
+    return FOwner->VisibleItem(Index);
 }
 
 void TWgTreeItems::BeginUpdate() {

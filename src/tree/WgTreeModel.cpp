@@ -4,6 +4,8 @@
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
 
+#include <algorithm>
+
 TWgTreeModel::TWgTreeModel() : FItems(std::make_unique<TWgTreeItems>(this)) {}
 
 TWgTreeModel::~TWgTreeModel() {
@@ -39,21 +41,50 @@ int TWgTreeModel::SubtreeEnd(int Index) const {
     return IndexOfItem(item->LastSubItem()) + 1;
 }
 
-int TWgTreeModel::TotalVisible() {
-    if (FTotalVisible != 0) return FTotalVisible;
-    int count = 0;
+void TWgTreeModel::IndexVisibleRows() const {
+    if (FVisibleRowsMade && FVisibleRowsListChanges == FAllList.Changes() &&
+        FVisibleRowsFlagChanges == FVisibilityChanges)
+        return;
+    FVisibleRows.clear();
     const int n = FAllList.Count();
     for (int i = 0; i < n;) {
-        const TWgTreeItem* item = FAllList.At(i);
+        TWgTreeItem* item = FAllList.At(i);
+        if (!item) { // the slot of an item deleted with its subtree
+            ++i;
+            continue;
+        }
+        // The walk passes every row on show: their remembered places are
+        // made good on the way, so that finding them again costs nothing.
+        if (item->FIndexHint != i) item->FIndexHint = i;
         if (FFilteredVisibility && item->Hidden()) {
             i = SubtreeEnd(i);
             continue;
         }
-        ++count;
+        FVisibleRows.push_back(i);
         i = item->Expanded() ? i + 1 : SubtreeEnd(i);
     }
-    FTotalVisible = count;
-    return count;
+    FVisibleRowsListChanges = FAllList.Changes();
+    FVisibleRowsFlagChanges = FVisibilityChanges;
+    FVisibleRowsMade = true;
+}
+
+int TWgTreeModel::TotalVisible() const {
+    IndexVisibleRows();
+    return int(FVisibleRows.size());
+}
+
+TWgTreeItem* TWgTreeModel::VisibleItem(int Index) const {
+    IndexVisibleRows();
+    if (Index < 0 || Index >= int(FVisibleRows.size())) return nullptr;
+    return FAllList.At(FVisibleRows[std::size_t(Index)]);
+}
+
+int TWgTreeModel::VisibleIndexOf(const TWgTreeItem* Item) const {
+    IndexVisibleRows();
+    const int flat = IndexOfItem(Item);
+    if (flat < 0) return -1;
+    const auto it = std::lower_bound(FVisibleRows.begin(), FVisibleRows.end(), flat);
+    return (it != FVisibleRows.end() && *it == flat) ? int(it - FVisibleRows.begin()) : -1;
 }
 
 void TWgTreeModel::SetVirtualityLevel(TVirtualityLevel Value) {

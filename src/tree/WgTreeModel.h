@@ -79,9 +79,8 @@ public:
     }
     int UpdateCount() const { return FUpdateCount; }
     bool IsLocked() const { return FUpdateCount > 0; }
-    // Passes marks to the view; a recount mark also forgets TotalVisible.
+    // Passes marks to the view.
     void MarkStale(std::uint32_t Marks) {
-        if (Marks & tsmVisUpdated) FTotalVisible = 0;
         if (FView) FView->MarkStale(Marks);
     }
 
@@ -90,10 +89,21 @@ public:
     int TotalVarHeightCount() const { return FTotalVarHeightCount; }
     void AdjustTotalVarHeightCount(int Delta) { FTotalVarHeightCount += Delta; }
     void AdjustHiddenCount(int Delta) { FHiddenCount += Delta; }
-    // Rows reachable through expanded parents; counted when asked after a
-    // change (0 means not counted).
-    int TotalVisible();
-    void ForgetTotalVisible() { FTotalVisible = 0; }
+
+    // ---- the rows on show: those reachable through expanded parents and,
+    // with FilteredVisibility, not hidden themselves or below a hidden row.
+    // They are indexed by one walk of the flat list when first asked after
+    // a change (of the flat list, a children list, an expanded or hidden
+    // flag, the filter); until the next change a count or a row by position
+    // costs constant time and the position of a row logarithmic time. The
+    // flat list counts its own changes; the items report theirs through
+    // VisibilityChanged.
+    int TotalVisible() const;
+    // The row at a position among the rows on show, or none.
+    TWgTreeItem* VisibleItem(int Index) const;
+    // The position of a row among the rows on show, -1 when it is not shown.
+    int VisibleIndexOf(const TWgTreeItem* Item) const;
+    void VisibilityChanged() { ++FVisibilityChanges; }
 
     // ---- life cycle states
     bool Destroying() const { return FDestroying; }
@@ -117,7 +127,10 @@ public:
     bool Sorting() const { return FSorting; }
     void SetSorting(bool Value) { FSorting = Value; }
     bool FilteredVisibility() const { return FFilteredVisibility; }
-    void SetFilteredVisibility(bool Value) { FFilteredVisibility = Value; }
+    void SetFilteredVisibility(bool Value) {
+        if (Value != FFilteredVisibility) VisibilityChanged();
+        FFilteredVisibility = Value;
+    }
     bool AdjustMultilineHeight() const { return FAdjustMultilineHeight; }
     void SetAdjustMultilineHeight(bool Value) { FAdjustMultilineHeight = Value; }
     bool MultiSelect() const { return FMultiSelect; }
@@ -219,6 +232,8 @@ private:
     void IterateRange(int From, bool Backward, bool VisibleOnly, bool IncludeCollapsed,
                       const TWgIterateProc& Proc, void* IterateData);
     bool SkippedByWalk(const TWgTreeItem* Item, bool VisibleOnly, bool IncludeCollapsed) const;
+    // Walks the flat list again unless the index of the rows on show is current.
+    void IndexVisibleRows() const;
 
     TWgItemList<TWgTreeItem> FAllList;
     std::unique_ptr<TWgList<TWgTreeItem>> FSelectedList;
@@ -234,7 +249,13 @@ private:
 
     int FUpdateCount = 0;
     int FHiddenCount = 0;
-    int FTotalVisible = 0;
+    // The index of the rows on show: the flat index of each, in order, and
+    // the change counts of the flat list and of the flags it was made at.
+    mutable std::vector<std::int32_t> FVisibleRows;
+    mutable std::uint64_t FVisibleRowsListChanges = 0;
+    mutable std::uint64_t FVisibleRowsFlagChanges = 0;
+    mutable bool FVisibleRowsMade = false;
+    std::uint64_t FVisibilityChanges = 0;
     int FTotalVarHeightCount = 0;
     int FMainTreeColumn = 0;
     int FSortSection = -1;

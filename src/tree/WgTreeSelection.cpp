@@ -114,15 +114,6 @@ void TWgTreeView::SetSelected(TWgTreeItem* Item, bool Value) {
     FSelectionChanged = true;
 }
 
-std::vector<TWgTreeItem*> TWgTreeView::VisibleRows() const {
-    std::vector<TWgTreeItem*> rows;
-    FOwner.Iterate(
-        true, false,
-        [&](TWgTreeItem* Item, int, bool&, void*, TWgTreeModel*) { rows.push_back(Item); },
-        nullptr);
-    return rows;
-}
-
 void TWgTreeView::SelectRange(TWgTreeItem* From, TWgTreeItem* To, bool Select) {
     if (!From || !To) return;
     if (To->AbsoluteIndex() < From->AbsoluteIndex()) std::swap(From, To);

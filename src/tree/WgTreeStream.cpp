@@ -261,14 +261,13 @@ void TWgTreeItem::ReadData(TStream& Stream) {
             ex->StaticFlags = flags;
             ex->State = state;
         }
-        FFlags = f.ItemFlags;
-        if (f.State & stExpanded) FFlags |= ifExpanded;
+        StoreFlags(f.ItemFlags | ((f.State & stExpanded) ? std::uint32_t(ifExpanded) : 0u));
         if (f.HasTag) FTag = f.Tag;
         FHeightWord = (std::uint32_t(f.FixedHeight & 0xFFFF) << 16) | 0xFFFF;
         if (Hidden() != wasHidden) tree->AdjustHiddenCount(Hidden() ? 1 : -1);
     }
     // The root always counts as expanded and enabled.
-    if (!FParent) FFlags |= RootForcedFlags;
+    if (!FParent) StoreFlags(FFlags | RootForcedFlags);
     if (FFlags & ifIsHTML) {
         FFlags &= ~ifIsHTML;
         SetIsHTML(true);

@@ -68,7 +68,7 @@ void TWgTreeView::UpdateEnded(int Count) {
     }
     if (FMarks & tsmUpdated) {
         if (FMarks & tsmVisUpdated) {
-            FOwner.ForgetTotalVisible();
+            // The rows on show are indexed here, once for the whole update.
             FOwner.TotalVisible();
             FMarks &= ~tsmVisUpdated;
         }
@@ -222,23 +222,12 @@ int TWgTreeView::RowHeight(TWgTreeItem* Item) const {
 
 void TWgTreeView::FillVisibleList(int Start) {
     FVisibleList.clear();
-    const auto& all = FOwner.AllList();
-    const bool filter = FOwner.FilteredVisibility();
-    int row = 0, height = 0;
-    for (int i = 0; i < all.Count();) {
-        TWgTreeItem* item = all.At(i);
-        if (filter && item->Hidden()) {
-            i = FOwner.SubtreeEnd(i);
-            continue;
-        }
-        if (row >= Start) {
-            FVisibleList.push_back(item);
-            height += RowHeight(item);
-            // A partly visible last row belongs to the list.
-            if (height > FClientHeight) break;
-        }
-        ++row;
-        i = item->Expanded() ? i + 1 : FOwner.SubtreeEnd(i);
+    int height = 0;
+    for (int row = std::max(Start, 0); TWgTreeItem* item = FOwner.VisibleItem(row); ++row) {
+        FVisibleList.push_back(item);
+        height += RowHeight(item);
+        // A partly visible last row belongs to the list.
+        if (height > FClientHeight) break;
     }
 }
 
@@ -247,14 +236,8 @@ int TWgTreeView::MaxTopIndex() {
     if (FOwner.TotalVarHeightCount() <= 0) return total - GetVisiCount() + 1;
     // Back from the last row until the rows no longer fit.
     int index = total, sum = 0;
-    FOwner.IterateBack(
-        true, false,
-        [&](TWgTreeItem* Item, int, bool& Continue, void*, TWgTreeModel*) {
-            --index;
-            sum += Item->GetHeight();
-            if (sum > FClientHeight) Continue = false;
-        },
-        nullptr);
+    while (index > 0 && sum <= FClientHeight)
+        sum += FOwner.VisibleItem(--index)->GetHeight();
     return sum > FClientHeight ? index + 1 : 0;
 }
 
@@ -368,18 +351,13 @@ void TWgTreeView::ScrollToBottom(TWgTreeItem* Item) {
         SetVScroll(index - GetVisCount() + 1);
         return;
     }
-    int top = index, row = index, sum = 0;
-    FOwner.IterateBackFrom(
-        true, false,
-        [&](TWgTreeItem* Row, int, bool& Continue, void*, TWgTreeModel*) {
-            sum += Row->GetHeight();
-            if (sum > FClientHeight && Row != Item) {
-                Continue = false;
-                return;
-            }
-            top = row--;
-        },
-        nullptr, Item);
+    // Up from the row while the rows fit; the row itself is in, whatever its height.
+    int top = index, sum = 0;
+    for (int row = index; row >= 0; --row) {
+        sum += FOwner.VisibleItem(row)->GetHeight();
+        if (sum > FClientHeight && row != index) break;
+        top = row;
+    }
     SetVScroll(top);
 }
 

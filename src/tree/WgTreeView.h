@@ -214,7 +214,6 @@ private:
     void UpdateLineHint(int X, int Y);
     void ShowLineHintNow();
     void MoveFocusByKey(int Key, unsigned Shift, TWgTreeItem* NewFocus);
-    std::vector<TWgTreeItem*> VisibleRows() const;
 
     TCustomWgTree& FOwner;
     TWgHeaderModel& FHeader;

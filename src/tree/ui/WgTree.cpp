@@ -14,6 +14,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
+#include <QRegion>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QTimer>
@@ -292,7 +293,12 @@ void TWgTree::SetBorderColor(TColor& Field, TColor Value) {
 void TWgTree::paintEvent(QPaintEvent*) {
     QPainter p(this);
     const int border = FFlat ? 1 : 2;
-    p.fillRect(rect().adjusted(border, border, -border, -border), ToQColor(FBorderColorWindow));
+    // The rows paint every pixel of their own (they are opaque): the fill
+    // leaves them out.
+    QRegion free(rect().adjusted(border, border, -border, -border));
+    if (FView && FView->isVisibleTo(this)) free -= FView->geometry();
+    for (const QRect& r : free)
+        p.fillRect(r, ToQColor(FBorderColorWindow));
     if (FFlat) {
         p.setPen(ToQColor(FBorderColorShadow));
         p.drawRect(rect().adjusted(0, 0, -1, -1)); // a pen rectangle covers one more pixel

@@ -42,6 +42,46 @@ int ViewKeyOf(const QKeyEvent& Event) {
     }
 }
 
+// The canvas of the rows. They are painted straight into the widget's
+// surface: Qt paints every widget into its backing store first, so the
+// tree's own off-screen copy would only fill and blend the whole area once
+// more with each frame. And a row's text is measured just before it is
+// drawn: when it fits its cell there is nothing to shorten with an ellipsis,
+// and the measuring that the shortening starts with is left out. (The width
+// measured is rounded, so only a text a whole pixel narrower than the cell
+// counts as fitting.)
+class TRowsCanvas : public TQtCanvas {
+public:
+    using TQtCanvas::TQtCanvas;
+    void BeginBuffer(const TRect&) override {}
+    void EndBuffer() override {}
+
+    TSize TextExtent(WideView Text) override {
+        const TSize size = TQtCanvas::TextExtent(Text);
+        FMeasured.assign(Text);
+        FMeasuredWidth = size.cx;
+        return size;
+    }
+    int DrawText(WideView Text, TRect& R, unsigned Flags) override {
+        constexpr unsigned plainLine = DT_SINGLELINE | DT_NOPREFIX;
+        if ((Flags & DT_END_ELLIPSIS) && (Flags & plainLine) == plainLine &&
+            !(Flags & DT_CALCRECT) && FMeasuredWidth >= 0 && FMeasuredWidth < R.Width() &&
+            Text == FMeasured)
+            Flags &= ~unsigned(DT_END_ELLIPSIS);
+        return TQtCanvas::DrawText(Text, R, Flags);
+    }
+
+protected:
+    void FontChanged() override {
+        TQtCanvas::FontChanged();
+        FMeasuredWidth = -1;
+    }
+
+private:
+    WideString FMeasured;
+    int FMeasuredWidth = -1; // -1: nothing measured with the current font
+};
+
 } // namespace
 
 TWgTreeViewWidget::TWgTreeViewWidget(TWgTree& Owner, QWidget* Parent)
@@ -148,7 +188,7 @@ QWidget* TWgTreeViewWidget::HintWindow() const {
 
 void TWgTreeViewWidget::paintEvent(QPaintEvent* Event) {
     QPainter p(this);
-    TQtCanvas canvas(p, &palette());
+    TRowsCanvas canvas(p, &palette());
     const QRect u = Event->rect();
     FOwner.View().Paint(canvas, TRect{u.left(), u.top(), u.right() + 1, u.bottom() + 1});
     p.setCompositionMode(QPainter::RasterOp_NotDestination);
