@@ -51,10 +51,15 @@ int SectionOf(TSyntaxPart Part) {
     }
 }
 
+// The findings that describe the file on disk rather than what is on screen.
+bool DescribesFile(const TSyntaxFinding& F) {
+    return F.Check == "dropped-line" || F.Check == "dropped-comment" ||
+           F.Check == "ignored-value";
+}
+
 // The findings a save makes come true without the user having asked for them.
 bool SaveLoses(const TSyntaxFinding& F) {
-    return F.Check == "dropped-line" || F.Check == "dropped-comment" ||
-           F.Check == "ignored-value" || F.Check == "encoding-loss" || F.Check == "save-drift";
+    return DescribesFile(F) || F.Check == "encoding-loss" || F.Check == "save-drift";
 }
 
 // Lines of the question before a save; the rest is counted.
@@ -119,9 +124,7 @@ void TSynFormProblems::FileOpened(const AnsiString& FileName) {
         lines.Load(stream, encoding);
         // Only what describes the file itself; the rest is found live.
         for (TSyntaxFinding& f : TSyntaxChecker().CheckLines(lines))
-            if (f.Check == "dropped-line" || f.Check == "dropped-comment" ||
-                f.Check == "ignored-value")
-                FFile.push_back(std::move(f));
+            if (DescribesFile(f)) FFile.push_back(std::move(f));
     } catch (const Exception&) {
         // The file was read a moment ago; if it cannot be read again there
         // is nothing to say about its lines.

@@ -155,9 +155,15 @@ WideString Ascii(const char* S) {
     return WideFromAscii(S);
 }
 
+// "yes" or "y" in any case: what the reader takes as set.
+bool IsYesWord(const WideString& Value) {
+    const WideString low = WideLowerCase(Value);
+    return low == u"yes" || low == u"y";
+}
+
 bool IsYesNoWord(const WideString& Value) {
     const WideString low = WideLowerCase(Value);
-    return low.empty() || low == u"yes" || low == u"y" || low == u"no" || low == u"n";
+    return low.empty() || IsYesWord(low) || low == u"no" || low == u"n";
 }
 
 // Edit distance with adjacent swaps, for "did you mean".
@@ -614,11 +620,7 @@ bool SameMeaning(TSyntaxPart Part, int Index, const WideString& A, const WideStr
     // Banner lines are trimmed on reading: the spaces around them are layout.
     if (Part == spHeader) return Trim(A) == Trim(B);
     if (!IsYesNoEntry(Part, Index)) return false;
-    auto yes = [](const WideString& V) {
-        const WideString low = WideLowerCase(V);
-        return low == u"yes" || low == u"y";
-    };
-    return yes(A) == yes(B);
+    return IsYesWord(A) == IsYesWord(B);
 }
 
 void TCheckRun::DriftList(const TWgWideStringList& Before, const TWgWideStringList& After,
