@@ -7,6 +7,7 @@
 #include "skin/data.h"
 
 #include <QFontDatabase>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -44,6 +45,16 @@ void TSamplePreview::DocumentChanged() {
     FBehind = true;
     // Hidden, it does no work: showing it catches up.
     if (isVisible()) FPause.start();
+}
+
+void TSamplePreview::keyPressEvent(QKeyEvent* Event) {
+    const Qt::KeyboardModifiers mods = Event->modifiers() & ~Qt::KeypadModifier;
+    if ((Event->key() == Qt::Key_Tab || Event->key() == Qt::Key_Backtab) &&
+        (mods & Qt::ControlModifier) && !(mods & Qt::AltModifier)) {
+        focusNextPrevChild(!(Event->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier)));
+        return;
+    }
+    QPlainTextEdit::keyPressEvent(Event);
 }
 
 void TSamplePreview::showEvent(QShowEvent* Event) {

@@ -50,6 +50,8 @@ signals:
 
 protected:
     void showEvent(QShowEvent* Event) override;
+    // Ctrl+Tab and Ctrl+Shift+Tab go on along the tab chain, as from the memo.
+    void keyPressEvent(QKeyEvent* Event) override;
 
 private:
     void ShowText(const WideString& Text);

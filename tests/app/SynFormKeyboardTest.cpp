@@ -258,6 +258,23 @@ TEST_F(SynFormKeyboardTest, CtrlTabLeavesTheCodeMemoOfTheItemDialog) {
     User.hide();
 }
 
+TEST_F(SynFormKeyboardTest, CtrlTabLeavesTheSampleMemoAndItsPreview) {
+    Key(Qt::Key_8, Qt::ControlModifier);
+    ASSERT_EQ(QApplication::focusWidget(), Form->Pages.SampleMemo);
+    Key(Qt::Key_Tab);
+    EXPECT_TRUE(Form->Pages.SampleMemo->toPlainText().contains(u'\t')) << "Tab types a tab";
+    Key(Qt::Key_Tab, Qt::ControlModifier);
+    QWidget* next = QApplication::focusWidget();
+    ASSERT_NE(next, Form->Pages.SampleMemo);
+    // The preview, which keeps the focus for reading, lets it go on the same
+    // way and back.
+    Key(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_NE(QApplication::focusWidget(), next);
+    next->setFocus(Qt::TabFocusReason);
+    Key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), Form->Pages.SampleMemo);
+}
+
 TEST(BuiltInResources, TheProgramCarriesItsFormDataAndImages) {
     qunsetenv("LEXSMITH_RESOURCES");
     EXPECT_EQ(ResourcesFolder(), ":/resources");

@@ -286,7 +286,9 @@ void TUniMemo::keyPressEvent(QKeyEvent* Event) {
     if ((Event->key() == Qt::Key_Tab || Event->key() == Qt::Key_Backtab) &&
         (mods & Qt::ControlModifier) && !(mods & Qt::AltModifier)) {
         const bool back = Event->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier);
-        focusNextPrevChild(!back);
+        // The editor's own focusNextPrevChild refuses while the text is
+        // editable; the widget's walks the window's tab chain.
+        QWidget::focusNextPrevChild(!back);
         return;
     }
     QPlainTextEdit::keyPressEvent(Event);
