@@ -409,7 +409,14 @@ bool TVeneerMenu::eventFilter(QObject* Watched, QEvent* Event) {
         if (key == Qt::Key_Right && !(active && active->menu())) step = 1;
         if (key == Qt::Key_Left) step = -1;
         if (step == 0) return false;
-        const int next = NextMenuStripButton(Looks(), TrackIndex, step);
+        // Buttons that are commands of their own are passed over: a key
+        // that only walks must not run one.
+        const std::vector<TMenuStripButton> looks = Looks();
+        int next = TrackIndex;
+        for (std::size_t n = 0; n < Buttons.size(); ++n) {
+            next = NextMenuStripButton(looks, next, step);
+            if (next < 0 || next == TrackIndex || Buttons[std::size_t(next)]->SubMenu) break;
+        }
         if (next >= 0 && next != TrackIndex) SwitchTo(next, true);
         return true;
     }

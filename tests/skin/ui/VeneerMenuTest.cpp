@@ -372,6 +372,8 @@ TEST_F(VeneerMenuTest, AQtMenuBarBecomesAStripInTheFrameAndComesBack) {
     QMenu* file = window.menuBar()->addMenu("&File");
     file->addAction("&New");
     file->addAction("&Open");
+    int went = 0;
+    QObject::connect(window.menuBar()->addAction("&Go"), &QAction::triggered, [&] { ++went; });
     QMenu* help = window.menuBar()->addMenu("&Help");
     help->addAction("&About");
     window.menuBar()->setNativeMenuBar(false);
@@ -391,7 +393,7 @@ TEST_F(VeneerMenuTest, AQtMenuBarBecomesAStripInTheFrameAndComesBack) {
     EXPECT_FALSE(window.menuBar()->isVisible());
     EXPECT_TRUE(veneer->Frame.HasMenu);
     EXPECT_EQ(veneer->Frame.MenuHeight, veneer->Menu()->Height());
-    ASSERT_EQ(veneer->Menu()->Buttons.size(), 2u);
+    ASSERT_EQ(veneer->Menu()->Buttons.size(), 3u);
     // Painting lays the buttons out in the strip.
     Grab(&window);
     TMenuBtn* first = veneer->Menu()->Buttons[0].get();
@@ -404,7 +406,8 @@ TEST_F(VeneerMenuTest, AQtMenuBarBecomesAStripInTheFrameAndComesBack) {
     ASSERT_TRUE(file->isVisible());
     ASSERT_NE(Manager.FindMenu(file), nullptr);
     EXPECT_EQ(Manager.FindMenu(file)->Kind(), 1);
-    // Right in a menu with no sub-menu under the selection walks to Help.
+    // Right in a menu with no sub-menu under the selection walks to Help,
+    // past Go, which is a command of its own.
     QTest::keyClick(file, Qt::Key_Right);
     QCoreApplication::processEvents();
     EXPECT_FALSE(file->isVisible());
@@ -416,6 +419,14 @@ TEST_F(VeneerMenuTest, AQtMenuBarBecomesAStripInTheFrameAndComesBack) {
     QTest::keyClick(file, Qt::Key_Escape);
     QCoreApplication::processEvents();
     EXPECT_EQ(veneer->Menu()->TrackIndex, -1);
+    EXPECT_EQ(went, 0);
+    // A press on Go runs it and opens nothing.
+    Grab(&window);
+    const TRect& go = veneer->Menu()->Buttons[1]->Look.Rect;
+    veneer->FramePress(QPoint(go.Left + 2, go.Top + 2), Qt::LeftButton);
+    EXPECT_EQ(went, 1);
+    EXPECT_EQ(veneer->Menu()->TrackIndex, -1);
+    EXPECT_TRUE(Manager.MenuList.empty());
 
     veneer->Detach();
     EXPECT_TRUE(window.menuBar()->isVisible());
