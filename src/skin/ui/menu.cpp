@@ -246,7 +246,8 @@ QImage RenderSkinnedMenuSample(TSkinData& Data, qreal Ratio) {
 
 // ---------------------------------------------------------------- menu strip
 
-TVeneerMenu::TVeneerMenu(TVeneerForm& Form, QMenuBar& Bar) : FForm(Form), FBar(&Bar) {}
+TVeneerMenu::TVeneerMenu(TVeneerForm& Form, QMenuBar& Bar)
+    : FForm(Form), FBar(&Bar), FBarWasVisible(!Bar.isHidden()) {}
 
 TVeneerMenu::~TVeneerMenu() {
     if (TrackIndex >= 0 && TrackIndex < int(Buttons.size()))
@@ -275,7 +276,6 @@ void TVeneerMenu::Build() {
         Buttons.push_back(std::move(btn));
     }
     // The bar leaves the window: the strip in the frame stands for it.
-    if (FBar->isVisibleTo(FBar->parentWidget()) || !FBar->isHidden()) FBarWasVisible = true;
     FBar->hide();
 }
 
@@ -299,7 +299,7 @@ std::vector<TMenuStripButton> TVeneerMenu::Looks() const {
 void TVeneerMenu::Paint(TCanvas& Canvas, const TRect& Strip, bool Active) {
     Canvas.SetFont(SystemMenuFont());
     std::vector<TMenuStripButton> looks = Looks();
-    LayoutMenuStrip(Canvas, FForm.Skin(), Strip, false, looks);
+    LayoutMenuStrip(Canvas, FForm.Skin(), Strip, FForm.Frame.RightToLeft, looks);
     for (std::size_t i = 0; i < looks.size(); ++i)
         Buttons[i]->Look.Rect = looks[i].Rect;
     FBack = MenuStripBack(FForm.Skin(), Strip.Width(), Strip.Height(), Active);
@@ -379,7 +379,6 @@ void TVeneerMenu::MouseMove(QPoint WindowPos) {
         if (index >= 0 && index != TrackIndex) SwitchTo(index, false);
         return;
     }
-    FHot = index;
     SetState(index, 2);
 }
 
@@ -390,7 +389,6 @@ void TVeneerMenu::MousePress(QPoint WindowPos) {
 
 void TVeneerMenu::MouseLeave() {
     if (TrackIndex >= 0) return;
-    FHot = -1;
     SetState(-1, 0);
 }
 
@@ -406,8 +404,12 @@ bool TVeneerMenu::eventFilter(QObject* Watched, QEvent* Event) {
         const int key = static_cast<QKeyEvent*>(Event)->key();
         const QAction* active = menu->activeAction();
         int step = 0;
-        if (key == Qt::Key_Right && !(active && active->menu())) step = 1;
-        if (key == Qt::Key_Left) step = -1;
+        // In a right-to-left strip the two keys trade places.
+        const bool mirrored = FForm.Frame.RightToLeft;
+        const int forward = mirrored ? Qt::Key_Left : Qt::Key_Right;
+        const int back = mirrored ? Qt::Key_Right : Qt::Key_Left;
+        if (key == forward && !(active && active->menu())) step = 1;
+        if (key == back) step = -1;
         if (step == 0) return false;
         // Buttons that are commands of their own are passed over: a key
         // that only walks must not run one.

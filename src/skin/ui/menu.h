@@ -129,7 +129,6 @@ private:
     TVeneerForm& FForm;
     QPointer<QMenuBar> FBar;
     bool FBarWasVisible = true;
-    int FHot = -1;
     int FSwitchTo = -1; // the button to open once the open menu has gone
     bool FSwitchKeys = false;
     TMemoryBitmap FBack;
