@@ -611,8 +611,57 @@ case_problems() {
     return $CASE_FAILED
 }
 
+# Under a skin the File and Help menus are drawn from it (the top-left pixel
+# of the File menu is the skin's menu frame, not the plain menu's), and the
+# keyboard drives them as it drives plain ones: Alt+F, Right across to Help
+# and Left back, Escape, then the first letter twice and Enter for
+# Save As..., whose dialog Escape cancels without writing anything.
+case_skin_menu_keys() {
+    use_skin "Lexsmith Light.skn"
+    local file=$CASE_DIR/lua.syx popup corner
+    cp "$file" "$CASE_DIR/original.syx"
+    app_start -- "$file" || return 1
+    settle "$APP_WIN"
+    keys alt+f
+    if ! popup=$(wait_window '^File$' "$APP_PID" "$E2E_POPUP_WAIT"); then
+        note "Alt+F did not open the File menu under a skin; windows: $(window_names "$APP_PID")"
+        return 1
+    fi
+    sleep 0.3
+    window_geometry "$popup" || return 1
+    corner=$(screen_pixel "$WX" "$WY")
+    check "the File menu's frame is not the skin's (got $corner, want 120,128,142)" \
+        test "$corner" = "120,128,142"
+    import -window root "$CASE_DIR/skinned-file-menu.png" 2>/dev/null || true
+    keys Right
+    check "Right did not walk from File to Help" \
+        wait_window '^Help$' "$APP_PID" "$E2E_POPUP_WAIT" >/dev/null
+    check "the File menu stayed open after Right" wait_no_window '^File$' "$APP_PID"
+    keys Left
+    check "Left did not walk back from Help to File" \
+        wait_window '^File$' "$APP_PID" "$E2E_POPUP_WAIT" >/dev/null
+    keys Escape
+    check "Escape did not close the File menu" wait_no_window '^File$' "$APP_PID"
+    keys alt+f
+    check "Alt+F did not open the File menu again" \
+        wait_window '^File$' "$APP_PID" "$E2E_POPUP_WAIT" >/dev/null || return 1
+    keys s s Return
+    local dialog
+    if ! dialog=$(wait_window "Save" "$APP_PID"); then
+        note "S, S, Enter in the skinned File menu showed no save dialog; windows: $(window_names "$APP_PID")"
+        return 1
+    fi
+    focus_window "$dialog" || true
+    keys Escape
+    check "Escape did not close the save dialog" wait_window_gone "$dialog" || return 1
+    check "cancelling Save As changed the file" cmp -s "$CASE_DIR/original.syx" "$file"
+    check "the editor did not survive" pid_alive "$APP_PID"
+    return $CASE_FAILED
+}
+
 ALL_CASES=(open_save mouse_edit keyboard_edit memo_typing menu_keys menu_save_as
-    close_prompt min_size scaled_fits sheet_keys skin_frame skin_close problems)
+    close_prompt min_size scaled_fits sheet_keys skin_frame skin_close problems
+    skin_menu_keys)
 
 # ------------------------------------------------------------------ the runner
 

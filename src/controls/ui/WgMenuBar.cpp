@@ -305,6 +305,7 @@ void TWgMenuBar::PressButton(int Index) {
     }
     popup->OnClose = [this](TWgPopupCloseReason Reason) {
         FOpenPopup = nullptr;
+        if (OnMenuTracking) OnMenuTracking(window(), false);
         FState.PopupClosed(Reason);
         for (TWgMenuBarButton* b : FButtons)
             b->update();
@@ -321,6 +322,7 @@ void TWgMenuBar::PressButton(int Index) {
         return true;
     };
     FOpenPopup = popup;
+    if (OnMenuTracking) OnMenuTracking(window(), true);
     // Marked open before it shows, so that the leave its grab causes finds it open.
     FState.PopupOpened(FState.KeyboardOpened());
     popup->Popup(button->mapToGlobal(QPoint(0, button->height())), FState.KeyboardOpened());

@@ -57,6 +57,11 @@ public:
     // The popup that is open now, or null.
     TWgPopupMenu* OpenPopup() const;
 
+    // Told with the bar's window before the bar opens one of its menus
+    // (Opening) and after that menu closed: the skin engine learns from it
+    // which menus are the window's main menu.
+    static inline std::function<void(QWidget* Form, bool Opening)> OnMenuTracking;
+
     // Calls from the buttons and the popups.
     void ButtonMouseMove(int Index, QPoint GlobalPos);
     void ButtonMouseDown(int Index);

@@ -5,6 +5,9 @@
 #include "base/ui/QtCanvas.h"
 #include "skin/ui/data.h"
 #include "skin/ui/manager.h"
+#include "skin/ui/menu.h"
+
+#include "base/ui/Tag.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,7 +15,9 @@
 #include <QDateTime>
 #include <QEvent>
 #include <QLayout>
+#include <QMainWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
@@ -225,6 +230,7 @@ void TVeneerForm::SetupWithForm(QWidget* Form) {
         FSavedFlags = Form->windowFlags();
         Form->setWindowFlag(Qt::FramelessWindowHint, true);
     }
+    AttachMenuStrip();
     RebuildButtons();
     FFrame = new TVeneerFrame(*this, Form);
     SkinState = ssResizing;
@@ -355,6 +361,7 @@ void TVeneerForm::Detach() {
         const int lessW = now.left() + now.right() - FSavedMargins.left() - FSavedMargins.right();
         const int lessH = now.top() + now.bottom() - FSavedMargins.top() - FSavedMargins.bottom();
         delete FFrame.data();
+        DetachMenuStrip();
         form->setContentsMargins(FSavedMargins);
         ShiftChildren(QPoint(0, 0));
         form->setMinimumSize(FSavedMinimum);
@@ -368,7 +375,8 @@ void TVeneerForm::Detach() {
         else
             form->setMask(FSavedMask);
         if (Frame.WindowState == wsNormal)
-            form->resize(form->width() - lessW, form->height() - lessH);
+            form->resize(form->width() - lessW, form->height() - lessH + FMenuBarHeight);
+        FMenuBarHeight = 0;
     }
     FSetupDone = false;
     SkinState = ssDead;
@@ -452,6 +460,10 @@ void TVeneerForm::FramePress(QPoint P, Qt::MouseButton Button) {
         return;
     }
     if (Button != Qt::LeftButton) return;
+    if (zone == fzMenu && FMenu) {
+        FMenu->MousePress(P);
+        return;
+    }
     if (zone == fzButton) {
         if (!Frame.Active) FForm->activateWindow();
         Frame.MouseDown(Frame.ButtonAt(p));
@@ -481,6 +493,12 @@ void TVeneerForm::FrameMove(QPoint P, Qt::MouseButtons Buttons) {
         return;
     }
     if (FFrame) FFrame->setCursor(CursorOf(Frame.ZoneAt(p, ResizeGrip)));
+    if (FMenu) {
+        if (Frame.ZoneAt(p, ResizeGrip) == fzMenu)
+            FMenu->MouseMove(P);
+        else
+            FMenu->MouseLeave();
+    }
     if (Buttons & Qt::LeftButton) return; // a pressed button keeps its state
     if (!Frame.Active) return;
     const int index = Frame.ButtonAt(p);
@@ -525,7 +543,47 @@ void TVeneerForm::FrameDoubleClick(QPoint P) {
 }
 
 void TVeneerForm::FrameLeave() {
-    if (!Dead()) Frame.MouseLeave();
+    if (Dead()) return;
+    Frame.MouseLeave();
+    if (FMenu) FMenu->MouseLeave();
+}
+
+// ---- the menu strip
+
+QMenuBar* TVeneerForm::PlatformMenuBar(const QWidget* Form) {
+    if (const auto* main = qobject_cast<const QMainWindow*>(Form))
+        if (auto* bar = qobject_cast<QMenuBar*>(main->menuWidget())) return bar;
+    if (const QLayout* layout = Form->layout()) return qobject_cast<QMenuBar*>(layout->menuBar());
+    return nullptr;
+}
+
+void TVeneerForm::AttachMenuStrip() {
+    // Our own menu bar is a control of the form, not its menu: it stays.
+    QMenuBar* bar = PlatformMenuBar(FForm);
+    if (!bar || TagOf(bar) == FSkin->DisableTag || bar->isNativeMenuBar()) return;
+    const bool shown = !bar->isHidden();
+    FMenu = std::make_unique<TVeneerMenu>(*this, *bar);
+    FMenu->Build();
+    Frame.HasMenu = true;
+    Frame.MenuHeight = FMenu->Height();
+    Frame.OnPaintMenuStrip = [this](TCanvas& Canvas, const TRect& Strip) {
+        if (FMenu) FMenu->Paint(Canvas, Strip, Frame.Active);
+    };
+    // The client gives up the bar's room; the strip in the frame takes it.
+    FMenuBarHeight = shown ? bar->sizeHint().height() : 0;
+    if (FMenuBarHeight > 0 && Frame.WindowState == wsNormal)
+        FForm->resize(FForm->width(), std::max(1, FForm->height() - FMenuBarHeight));
+}
+
+void TVeneerForm::DetachMenuStrip() {
+    FMenu.reset();
+    Frame.HasMenu = false;
+    Frame.MenuHeight = 0;
+    Frame.OnPaintMenuStrip = nullptr;
+}
+
+void TVeneerForm::RepaintFrame() {
+    if (FFrame) FFrame->update();
 }
 
 void TVeneerForm::HoverTimer() {

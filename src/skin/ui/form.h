@@ -17,10 +17,14 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <memory>
+
 class TSkinData;
 class TSkinManage;
 class TVeneerForm;
+class TVeneerMenu;
 class QMenu;
+class QMenuBar;
 
 // The widget that stands for the frame: it covers the form, is masked to
 // the ring around the client area, and hands paint and mouse to its form skin.
@@ -93,6 +97,13 @@ public:
     // Least width of the resize ring, whatever the skin's border.
     static constexpr int ResizeGrip = 6;
 
+    // The strip that stands for the form's Qt menu bar, if it has one.
+    TVeneerMenu* Menu() const { return FMenu.get(); }
+    // The form's Qt menu bar: a main window's, or its layout's.
+    static QMenuBar* PlatformMenuBar(const QWidget* Form);
+    // Paints the frame again (the menu strip's buttons changed).
+    void RepaintFrame();
+
 protected:
     bool eventFilter(QObject* Watched, QEvent* Event) override;
 
@@ -121,6 +132,11 @@ private:
     void TakeFaceColour();
     void ShiftChildren(QPoint Origin);
     QPoint FChildOrigin; // where hand-placed children have been moved to
+
+    std::unique_ptr<TVeneerMenu> FMenu;
+    int FMenuBarHeight = 0; // the height the hidden bar took in the client
+    void AttachMenuStrip();
+    void DetachMenuStrip();
 };
 
 // A picture of a window as the screen shows it: what its outline cuts away

@@ -5,6 +5,9 @@
 #include "skin/manager.h"
 #include "skin/ui/data.h"
 #include "skin/ui/form.h"
+#include "skin/ui/menu.h"
+
+#include "controls/ui/WgMenuBar.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -39,6 +42,9 @@ TSkinManage::TSkinManage() : QObject(qApp) {
     Timer.setInterval(100);
     Timer.setSingleShot(true);
     connect(&Timer, &QTimer::timeout, this, &TSkinManage::OnTimer);
+    TWgMenuBar::OnMenuTracking = [](QWidget* Form, bool Opening) {
+        if (TSkinManage::Exists()) TSkinManage::Instance().MainMenuTracking(Form, Opening);
+    };
 }
 
 TSkinManage& TSkinManage::Instance() {
@@ -80,6 +86,7 @@ void TSkinManage::RemoveData(TSkinData* Data) {
             }
     }
     if (CurrentData == Data) CurrentData = nullptr;
+    RemoveMenus(Data);
     // Form skins drawn from this data cannot outlive it.
     for (std::size_t i = FormList.size(); i-- > 0;)
         if (&FormList[i]->Skin() == Data) {
@@ -146,6 +153,85 @@ bool TSkinManage::AddForm(QWidget* Window) {
     veneer->SetupWithForm(Window);
     PostPrivateMessage(Window, 13571, 0, 1000);
     return true;
+}
+
+bool TSkinManage::AddMenu(QWidget* Window) {
+    if (!Active || !IsMenuWindow(Window) || FindMenu(Window)) return false;
+    // A sub-menu looks like the menu it opens from, whatever opens next.
+    for (QWidget* p = Window->parentWidget(); p; p = p->parentWidget())
+        if (TVeneerPopMenu* parent = FindMenu(p)) {
+            auto menu = std::make_unique<TVeneerPopMenu>(Window, parent->Data(), parent->Kind());
+            menu->Update = MenuTracking;
+            connect(Window, &QObject::destroyed, menu.get(),
+                    [this, Window] { RemoveMenu(Window); });
+            MenuList.push_back(std::move(menu));
+            return true;
+        }
+    TWindowDesc desc;
+    desc.Handle = reinterpret_cast<std::uintptr_t>(Window);
+    desc.ClassName = Window->metaObject()->className();
+    desc.AnswersProbe = IsSkinned(Window);
+    desc.HasForm = true;
+    desc.Area = std::int64_t(Window->width()) * Window->height();
+    const int kind = MenuKind;
+    const TDataList list = Entries();
+    const TDataEntry* entry = DecideAddMenu(desc, {Active, Scanning}, kind, list);
+    if (!entry) {
+        // The kind was meant for this menu; the next one starts over.
+        if (MenuList.empty()) MenuKind = 0;
+        return false;
+    }
+    auto* data = static_cast<TSkinData*>(const_cast<TSkinDataModel*>(entry->Data));
+    auto menu = std::make_unique<TVeneerPopMenu>(Window, *data, kind);
+    menu->Update = MenuTracking;
+    connect(Window, &QObject::destroyed, menu.get(), [this, Window] { RemoveMenu(Window); });
+    MenuList.push_back(std::move(menu));
+    return true;
+}
+
+void TSkinManage::RemoveMenu(QWidget* Window) {
+    // Entries whose window is gone go too; they are never touched.
+    for (std::size_t i = MenuList.size(); i-- > 0;)
+        if (MenuList[i]->Handle() == Window || !MenuList[i]->Handle()) {
+            std::unique_ptr<TVeneerPopMenu> menu = std::move(MenuList[i]);
+            MenuList.erase(MenuList.begin() + std::ptrdiff_t(i));
+        }
+    if (MenuList.empty()) {
+        MenuKind = 0;
+        MenuTracking = false;
+    }
+}
+
+void TSkinManage::RemoveMenus(const TSkinData* Data) {
+    for (std::size_t i = MenuList.size(); i-- > 0;)
+        if (!Data || &MenuList[i]->Data() == Data) {
+            std::unique_ptr<TVeneerPopMenu> menu = std::move(MenuList[i]);
+            MenuList.erase(MenuList.begin() + std::ptrdiff_t(i));
+        }
+    if (MenuList.empty()) {
+        MenuKind = 0;
+        MenuTracking = false;
+    }
+}
+
+TVeneerPopMenu* TSkinManage::FindMenu(const QWidget* Window) const {
+    for (const auto& menu : MenuList)
+        if (menu->Handle() == Window) return menu.get();
+    return nullptr;
+}
+
+void TSkinManage::MainMenuTracking(QWidget* Form, bool Opening) {
+    if (!Opening) {
+        MenuTracking = false;
+        if (MenuList.empty()) MenuKind = 0;
+        return;
+    }
+    // The main menu of a form with a skinned frame; any other bar's menus
+    // are plain pop-ups.
+    const TVeneerForm* form = Form ? FindForm(Form->window()) : nullptr;
+    const bool skinned = form && form->FormSkin;
+    MenuKind = skinned ? 1 : 0;
+    MenuTracking = skinned;
 }
 
 void TSkinManage::AddVisibleForm(QWidget* Form) {
@@ -226,6 +312,7 @@ void TSkinManage::Remove() {
     TSkinData* data = CurrentData;
     Active = false;
     Sweep();
+    RemoveMenus(data->SkinFormtype == sfOnlyThisForm ? data : nullptr);
     for (std::size_t i = 0; i < FormList.size();) {
         TVeneerForm* form = FormList[i].get();
         if (data->SkinFormtype == sfOnlyThisForm && &form->Skin() != data) {
@@ -262,10 +349,18 @@ void TSkinManage::Reattach() {
 bool TSkinManage::eventFilter(QObject* Watched, QEvent* Event) {
     // Cheap first: only three event types of windows matter.
     const QEvent::Type type = Event->type();
-    if (type != QEvent::Show && type != QEvent::WindowActivate) return false;
+    if (type != QEvent::Show && type != QEvent::WindowActivate && type != QEvent::Hide)
+        return false;
     if (!Watched->isWidgetType()) return false;
     auto* widget = static_cast<QWidget*>(Watched);
     if (!widget->isWindow()) return false;
+    // Menu windows are reused: skinned each time they open, let go when they close.
+    if (IsMenuWindow(widget)) {
+        if (type == QEvent::Show && Active) AddMenu(widget);
+        if (type == QEvent::Hide && !MenuList.empty()) RemoveMenu(widget);
+        return false;
+    }
+    if (type == QEvent::Hide) return false;
     if (type == QEvent::WindowActivate && State == 0) State = 1;
     // A window is attached before it first maps, so that it never shows
     // its native frame; activation catches windows that were up already.

@@ -19,6 +19,7 @@
 class QWidget;
 class TSkinData;
 class TVeneerForm;
+class TVeneerPopMenu;
 
 // Actions of the timer.
 enum TSkinAction : int {
@@ -72,6 +73,16 @@ public:
     // Every skinned window answers this probe.
     static bool IsSkinned(const QWidget* Window);
 
+    // Menu windows open now and painted from a skin.
+    std::vector<std::unique_ptr<TVeneerPopMenu>> MenuList;
+    // Paints a menu window from the skin when MenuKind's set member allows
+    // it; a sub-menu follows the menu it opens from.
+    bool AddMenu(QWidget* Window);
+    void RemoveMenu(QWidget* Window);
+    TVeneerPopMenu* FindMenu(const QWidget* Window) const;
+    // A menu bar of Form opens a menu (Opening) or its menu has closed.
+    void MainMenuTracking(QWidget* Form, bool Opening);
+
 protected:
     bool eventFilter(QObject* Watched, QEvent* Event) override;
 
@@ -86,4 +97,5 @@ private:
     void RefreshForms();
     void Reattach();
     void RemoveForm(std::size_t Index);
+    void RemoveMenus(const TSkinData* Data);
 };
