@@ -163,9 +163,11 @@ void PaintHeader(TCanvas& Canvas, TWgHeaderModel& Header, const TRect& Client,
     TWgHeaderSections& sections = Header.Sections();
     TWgHeaderSection* locked = Header.LockedSection();
     int right = Client.Left;
-    auto paint = [&](int Index) {
-        TWgHeaderSection& s = *sections[Index];
-        TRect r = Header.GetSectionRect(Index);
+    // Sections are walked in display order; their rectangles are asked for
+    // by column number, which no longer matches the position once columns
+    // have been moved or deleted.
+    auto paint = [&](TWgHeaderSection& s) {
+        TRect r = Header.GetSectionRect(s.SectionIndex());
         if (&s != locked) {
             r.Left -= Header.LeftPos();
             r.Right -= Header.LeftPos();
@@ -177,8 +179,9 @@ void PaintHeader(TCanvas& Canvas, TWgHeaderModel& Header, const TRect& Client,
             PaintHeaderSection(Canvas, Header, s, r, Options);
     };
     for (int i = 0; i < sections.Count(); ++i)
-        if (sections[i]->Visible() && sections[i] != locked) paint(i);
-    if (locked && locked->Visible()) paint(sections.IndexOf(locked));
+        if (TWgHeaderSection* s = sections.GetSectionByPos(i); s->Visible() && s != locked)
+            paint(*s);
+    if (locked && locked->Visible()) paint(*locked);
     // The space beyond the last section, with an outer edge.
     if (right < Client.Right) {
         const TRect rest{right, Client.Top, Client.Right, Client.Bottom};

@@ -59,8 +59,7 @@ void TWgHeader::DrawResizeLine(int X) {
 }
 
 void TWgHeader::BeginDragImage(TWgHeaderSection* Section) {
-    const int index = Section->Position();
-    TRect r = FModel.GetSectionRect(index);
+    TRect r = FModel.GetSectionRect(Section->SectionIndex());
     r.Bottom = height();
     // At the screen's density, like the header it floats over.
     const qreal ratio = devicePixelRatioF();
@@ -74,6 +73,11 @@ void TWgHeader::BeginDragImage(TWgHeaderSection* Section) {
     p.end();
     FDragImageX = r.Left - FModel.LeftPos();
     update();
+}
+
+QRect TWgHeader::DragImageRect() const {
+    if (FDragImage.isNull()) return {};
+    return {QPoint(FDragImageX, 0), FDragImage.deviceIndependentSize().toSize()};
 }
 
 void TWgHeader::MoveDragImage(int X) {
@@ -91,13 +95,15 @@ void TWgHeader::InvalidateSection(TWgHeaderSection* Section) {
         update();
         return;
     }
-    TRect r = FModel.GetSectionRect(Section->Position());
+    TRect r = FModel.GetSectionRect(Section->SectionIndex());
     const int shift = Section == FModel.LockedSection() ? 0 : FModel.LeftPos();
     update(QRect(r.Left - shift, 0, r.Width(), height()));
 }
 
 void TWgHeader::InvalidateRight(int Position) {
-    TRect r = FModel.GetSectionRect(Position);
+    const TWgHeaderSection* section = FModel.Sections().GetSectionByPos(Position);
+    if (!section) return;
+    TRect r = FModel.GetSectionRect(section->SectionIndex());
     update(QRect(r.Left - FModel.LeftPos(), 0, width(), height()));
 }
 
@@ -118,7 +124,7 @@ void TWgHeader::OpenLookup(TWgHeaderSection* Section) {
     WideString text;
     if (FModel.OnHeaderLookup) FModel.OnHeaderLookup(FModel, Section, text);
     FLookupBox->setEditText(Q(text));
-    TRect r = FModel.GetSectionRect(Section->Position());
+    TRect r = FModel.GetSectionRect(Section->SectionIndex());
     FLookupBox->setGeometry(r.Left - FModel.LeftPos() + 1, 1, r.Width() - 2, height() - 2);
     FLookupBox->show();
     FLookupBox->setFocus();

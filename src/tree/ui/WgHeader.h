@@ -34,6 +34,8 @@ public:
     std::optional<int> ResizeLineX() const { return FLineX; }
     // The lookup field while one is open.
     QComboBox* LookupBox() const { return FLookupBox; }
+    // Where the image of a dragged section stands; empty without a drag.
+    QRect DragImageRect() const;
 
     // TWgHeaderHost
     void SetCapture(bool Captured) override;

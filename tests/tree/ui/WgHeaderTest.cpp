@@ -1,5 +1,6 @@
 #include "tree/ui/WgHeader.h"
 
+#include <QComboBox>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -57,4 +58,23 @@ TEST(WgHeaderWidget, PaintsSectionsThroughTheCorePainter) {
     EXPECT_EQ(shot.pixelColor(90, 15), QColor(255, 255, 0));
     // Beyond the last section the header colour again, inside its edge.
     EXPECT_EQ(shot.pixelColor(250, 10), QColor(255, 255, 0));
+}
+
+TEST(WgHeaderWidget, MovedSectionsKeepTheirOwnRectangles) {
+    THeaderFixture f;
+    TWgHeaderSection* value = f.Header.Sections()[1];
+    value->SetLookupEnabled(true);
+    f.Header.Sections().MoveSection(value, 0);
+    // "Value" now spans 0..80: its lookup button lies left of 76.
+    QTest::mouseClick(&f.Header, Qt::LeftButton, {}, QPoint(72, 6));
+    ASSERT_NE(f.Header.LookupBox(), nullptr);
+    EXPECT_EQ(f.Header.LookupBox()->geometry(), QRect(1, 1, 78, f.Header.height() - 2));
+    f.Header.Model().CloseLookup(false);
+
+    // A drag of "Option", now second, starts its image at its own left edge.
+    QTest::mousePress(&f.Header, Qt::LeftButton, {}, QPoint(120, 10));
+    QTest::mouseMove(&f.Header, QPoint(130, 10));
+    ASSERT_TRUE(f.Header.Model().Dragging());
+    EXPECT_EQ(f.Header.DragImageRect(), QRect(90, 0, 100, f.Header.height()));
+    QTest::mouseRelease(&f.Header, Qt::LeftButton, {}, QPoint(130, 10));
 }
