@@ -265,6 +265,22 @@ TEST(WgTreeWidget, DeletingTheEditedRowCancelsTheEdit) {
     EXPECT_EQ(f.Tree->EditingItem(), nullptr);
     ASSERT_EQ(f.Ended.size(), 1u);
     EXPECT_TRUE(f.Ended[0].second);
+
+    // The application's handler turns every end into an acceptance; the
+    // dying row must still get nothing written into it.
+    TOptionsForm stored;
+    stored.ClickAndWait(5, 1);
+    ASSERT_TRUE(stored.Tree->IsEditing());
+    QTest::keyClicks(stored.Edit.Editor(), "typed");
+    int writes = 0;
+    stored.Tree->Tree().OnItemChange = [&](TWgTreeModel&, TWgTreeItem*, TItemChangeMode) {
+        ++writes;
+    };
+    stored.Tree->Items().Delete(stored.Row(5));
+    EXPECT_FALSE(stored.Tree->IsEditing());
+    EXPECT_EQ(writes, 0);
+    ASSERT_EQ(stored.Ended.size(), 1u);
+    EXPECT_EQ(stored.Ended[0], std::make_pair(static_cast<TWgTreeItem*>(nullptr), true));
 }
 
 TEST(WgTreeWidget, ScrollBarsFollowTheViewAndMoveIt) {
