@@ -93,6 +93,8 @@ public:
     TColor FilterColor = 0xFF000012;
     TColor ActiveFilterColor = 0;
     WideString Hint;
+    // The settings path below which Save and Restore keep the sections.
+    AnsiString StoragePath;
     int ImageHeight = 0; // height of the images, 0 without images
     TMeasureText MeasureText;
 

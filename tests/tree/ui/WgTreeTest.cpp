@@ -38,6 +38,9 @@ struct TOptionsForm {
         Tree->SetShowColumns(true);
         t.QuickEditMode = true;
         t.FullRowSelect = false;
+        t.SetHeaderFlat(true);
+        t.SetHeaderHotTrack(false);
+        t.FocusedSelectColor = clActiveCaption;
         Tree->SetLineHeight(15);
         Tree->SetHeaderHeight(17);
         Edit.SetTree(Tree);
@@ -411,7 +414,8 @@ TEST(WgTreeWidget, TheFocusedRowIsPaintedSelected) {
     TOptionsForm f;
     f.Click(2, 0);
     const QImage shot = f.Tree->ViewWidget()->grab().toImage();
-    const QColor highlight = ToQColor(clHighlight);
+    const QColor highlight = ToQColor(clActiveCaption);
+    ASSERT_NE(highlight, ToQColor(clHighlight));
     auto highlighted = [&](int Row) {
         const TRect r = f.Tree->View().GetItemRect(Row);
         int count = 0;
