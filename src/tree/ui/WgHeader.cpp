@@ -43,10 +43,16 @@ QSize TWgHeader::sizeHint() const {
 void TWgHeader::SetCapture(bool Captured) {
     // Qt holds the mouse for the widget under a pressed button; an explicit
     // grab covers the moves that begin without one.
-    if (Captured && QWidget::mouseGrabber() != this)
+    // The keyboard comes along, so that Esc reaches a drag.
+    if (Captured && QWidget::mouseGrabber() != this) {
         grabMouse();
-    else if (!Captured && QWidget::mouseGrabber() == this)
-        releaseMouse();
+        grabKeyboard();
+    } else if (!Captured) {
+        FReleasing = true;
+        if (QWidget::mouseGrabber() == this) releaseMouse();
+        if (QWidget::keyboardGrabber() == this) releaseKeyboard();
+        FReleasing = false;
+    }
 }
 
 void TWgHeader::DrawResizeLine(int X) {
@@ -189,6 +195,26 @@ void TWgHeader::mouseReleaseEvent(QMouseEvent* Event) {
 void TWgHeader::leaveEvent(QEvent*) {
     // Leaving the header ends the hot look of a section.
     if (!FModel.Resizing() && !FModel.Dragging()) FModel.MouseMove(-1, -1, false);
+}
+
+void TWgHeader::keyPressEvent(QKeyEvent* Event) {
+    // Esc ends a drag as the loss of the mouse does.
+    if (Event->key() == Qt::Key_Escape && FModel.Dragging()) {
+        FModel.CancelMode();
+        return;
+    }
+    QWidget::keyPressEvent(Event);
+}
+
+void TWgHeader::changeEvent(QEvent* Event) {
+    // A window that is no longer active loses the mouse with it.
+    if (Event->type() == QEvent::ActivationChange && !isActiveWindow()) FModel.CancelMode();
+    QWidget::changeEvent(Event);
+}
+
+bool TWgHeader::event(QEvent* Event) {
+    if (Event->type() == QEvent::UngrabMouse && !FReleasing) FModel.CancelMode();
+    return QWidget::event(Event);
 }
 
 void TWgHeader::resizeEvent(QResizeEvent*) {

@@ -58,6 +58,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent* Event) override;
     void leaveEvent(QEvent* Event) override;
     void resizeEvent(QResizeEvent* Event) override;
+    void keyPressEvent(QKeyEvent* Event) override;
+    void changeEvent(QEvent* Event) override;
+    bool event(QEvent* Event) override;
     bool eventFilter(QObject* Watched, QEvent* Event) override;
 
 private:
@@ -71,4 +74,6 @@ private:
     QImage FDragImage;
     int FDragImageX = 0;
     QComboBox* FLookupBox = nullptr;
+    // Our own release of the mouse is no loss of it.
+    bool FReleasing = false;
 };

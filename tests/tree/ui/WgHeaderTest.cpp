@@ -1,5 +1,6 @@
 #include "tree/ui/WgHeader.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QTest>
 
@@ -77,4 +78,32 @@ TEST(WgHeaderWidget, MovedSectionsKeepTheirOwnRectangles) {
     ASSERT_TRUE(f.Header.Model().Dragging());
     EXPECT_EQ(f.Header.DragImageRect(), QRect(90, 0, 100, f.Header.height()));
     QTest::mouseRelease(&f.Header, Qt::LeftButton, {}, QPoint(130, 10));
+}
+
+TEST(WgHeaderWidget, EscAndTheLossOfTheMouseEndDragAndResize) {
+    THeaderFixture f;
+    TWgHeaderSection* option = f.Header.Sections()[0];
+    TWgHeaderSection* value = f.Header.Sections()[1];
+    // Esc during a drag ends it as a release at (0, -1): the section goes
+    // to the place of the first one, and the mouse is free again.
+    QTest::mousePress(&f.Header, Qt::LeftButton, {}, QPoint(130, 10));
+    QTest::mouseMove(&f.Header, QPoint(150, 10));
+    ASSERT_TRUE(f.Header.Model().Dragging());
+    QTest::keyClick(&f.Header, Qt::Key_Escape);
+    EXPECT_FALSE(f.Header.Model().Dragging());
+    EXPECT_TRUE(f.Header.DragImageRect().isNull());
+    EXPECT_NE(QWidget::mouseGrabber(), &f.Header);
+    EXPECT_EQ(value->Position(), 0);
+    QTest::mouseRelease(&f.Header, Qt::LeftButton, {}, QPoint(150, 10));
+    EXPECT_EQ(value->Position(), 0);
+
+    // A resize whose mouse grab is taken away ends where the line stood.
+    QTest::mousePress(&f.Header, Qt::LeftButton, {}, QPoint(179, 10));
+    ASSERT_TRUE(f.Header.Model().Resizing());
+    QTest::mouseMove(&f.Header, QPoint(199, 10));
+    QEvent lost(QEvent::UngrabMouse);
+    QApplication::sendEvent(&f.Header, &lost);
+    EXPECT_FALSE(f.Header.Model().Resizing());
+    EXPECT_FALSE(f.Header.ResizeLineX().has_value());
+    EXPECT_EQ(option->Width(), 120);
 }
