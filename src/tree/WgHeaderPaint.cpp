@@ -154,7 +154,11 @@ void PaintHeaderSection(TCanvas& Canvas, TWgHeaderModel& Header, TWgHeaderSectio
     unsigned flags = DT_NOPREFIX | (align == hsaCenter  ? DT_CENTER
                                     : align == hsaRight ? DT_RIGHT
                                                         : DT_LEFT);
-    flags |= Header.WrapCaptions ? DT_WORDBREAK : DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
+    // TextLayout places the caption: 0 at the top, 1 in the middle, 2 at the bottom.
+    const unsigned layout = Section.TextLayout == 0   ? DT_TOP
+                            : Section.TextLayout == 2 ? DT_BOTTOM
+                                                      : DT_VCENTER;
+    flags |= Header.WrapCaptions ? DT_WORDBREAK : DT_SINGLELINE | layout | DT_END_ELLIPSIS;
     Canvas.DrawText(text, textRect, flags);
 }
 

@@ -33,6 +33,16 @@ public:
     }
 };
 
+// Remembers the flags of the captions.
+class TFlagsRecorder : public TRecordingCanvas {
+public:
+    std::vector<unsigned> Flags;
+    int DrawText(WideView Text, TRect& R, unsigned F) override {
+        Flags.push_back(F);
+        return TRecordingCanvas::DrawText(Text, R, F);
+    }
+};
+
 } // namespace
 
 TEST(WgHeaderPaint, SectionStepsInOrder) {
@@ -142,4 +152,16 @@ TEST(WgHeaderPaint, WalksListPositionsAfterColumnsAreDeletedAndMoved) {
     ASSERT_EQ(captions.size(), 2u);
     EXPECT_EQ(captions[0].rfind("DrawText(64,1,96,19),\"A\"", 0), 0u) << captions[0];
     EXPECT_EQ(captions[1].rfind("DrawText(4,1,56,19),\"C\"", 0), 0u) << captions[1];
+}
+
+TEST(WgHeaderPaint, TextLayoutPlacesTheCaption) {
+    const std::pair<int, unsigned> cases[] = {{0, DT_TOP}, {1, DT_VCENTER}, {2, DT_BOTTOM}};
+    for (auto [layout, flag] : cases) {
+        THeader h({{u"A", 60}});
+        h[0].TextLayout = std::uint8_t(layout);
+        TFlagsRecorder c;
+        PaintHeaderSection(c, h.Model, h[0], Rect(0, 0, 60, 20), h.Options);
+        ASSERT_EQ(c.Flags.size(), 1u);
+        EXPECT_EQ(c.Flags[0] & (DT_VCENTER | DT_BOTTOM), flag) << layout;
+    }
 }

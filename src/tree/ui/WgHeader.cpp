@@ -4,6 +4,7 @@
 #include "base/ui/QtCanvas.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -29,7 +30,7 @@ TWgHeader::TWgHeader(TWgHeaderModel& Model, QWidget* Parent) : QWidget(Parent), 
     FOptions.Font.Name = u"Tahoma";
     FOptions.Font.Height = -11;
     FModel.SetHost(this);
-    FModel.SetHeight(FModel.CalcHeaderHeight());
+    FModel.SetHeight(TWgHeaderModel::InitialHeight(FOptions.Font.Height));
 }
 
 TWgHeader::~TWgHeader() {
@@ -70,13 +71,23 @@ void TWgHeader::BeginDragImage(TWgHeaderSection* Section) {
     // At the screen's density, like the header it floats over.
     const qreal ratio = devicePixelRatioF();
     FDragImage = QImage(QSize(std::max(r.Width(), 1), std::max(r.Height(), 1)) * ratio,
-                        QImage::Format_RGB32);
+                        QImage::Format_ARGB32);
     FDragImage.setDevicePixelRatio(ratio);
     QPainter p(&FDragImage);
     TQtCanvas canvas(p, &palette());
     PaintHeaderSection(canvas, FModel, *Section, TRect{0, 0, r.Width(), r.Height()}, FOptions,
                        true);
     p.end();
+    // The mask: the shaded section colour lets the header show through, so
+    // only the edges, caption and glyphs float over it.
+    const TColor color = Section->ParentColor ? FOptions.Color : Section->Color;
+    const TColor mask = DragShadeColor(canvas.ColorToRGB(color), 239);
+    const QRgb maskRgb = qRgb(int(mask & 0xFF), int((mask >> 8) & 0xFF), int((mask >> 16) & 0xFF));
+    for (int y = 0; y < FDragImage.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(FDragImage.scanLine(y));
+        for (int x = 0; x < FDragImage.width(); ++x)
+            if ((line[x] & 0xFFFFFF) == (maskRgb & 0xFFFFFF)) line[x] = 0;
+    }
     FDragImageX = r.Left - FModel.LeftPos();
     update();
 }
@@ -123,13 +134,29 @@ void TWgHeader::OpenLookup(TWgHeaderSection* Section) {
         FLookupBox->setEditable(true);
         FLookupBox->installEventFilter(this);
         FLookupBox->lineEdit()->installEventFilter(this);
+        // The owner may rewrite the text at each change; it is put back
+        // only when it differs, so that the edit position stays.
+        connect(FLookupBox, &QComboBox::editTextChanged, this, [this](const QString& Text) {
+            TWgHeaderSection* section = FModel.LookupSection();
+            if (!section || FLookupChanging || !FModel.OnHeaderLookup) return;
+            WideString text = Text.toStdU16String();
+            FModel.OnHeaderLookup(FModel, section, text);
+            if (Q(text) != Text) {
+                FLookupChanging = true;
+                FLookupBox->setEditText(Q(text));
+                FLookupChanging = false;
+            }
+        });
     }
+    FLookupFocus = QApplication::focusWidget();
     FLookupBox->clear();
     for (const WideString& entry : Section->LookupHistory)
         FLookupBox->addItem(Q(entry));
     WideString text;
     if (FModel.OnHeaderLookup) FModel.OnHeaderLookup(FModel, Section, text);
+    FLookupChanging = true;
     FLookupBox->setEditText(Q(text));
+    FLookupChanging = false;
     TRect r = FModel.GetSectionRect(Section->SectionIndex());
     FLookupBox->setGeometry(r.Left - FModel.LeftPos() + 1, 1, r.Width() - 2, height() - 2);
     FLookupBox->show();
@@ -140,6 +167,8 @@ WideString TWgHeader::CloseLookup() {
     if (!FLookupBox) return {};
     const WideString text = FLookupBox->currentText().toStdU16String();
     FLookupBox->hide();
+    if (FLookupFocus) FLookupFocus->setFocus(Qt::OtherFocusReason);
+    FLookupFocus = nullptr;
     return text;
 }
 

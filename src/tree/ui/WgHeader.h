@@ -8,6 +8,7 @@
 #include "tree/WgHeaderPaint.h"
 
 #include <QImage>
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -36,6 +37,8 @@ public:
     QComboBox* LookupBox() const { return FLookupBox; }
     // Where the image of a dragged section stands; empty without a drag.
     QRect DragImageRect() const;
+    // The image itself: the section's colour is see-through.
+    const QImage& DragImage() const { return FDragImage; }
 
     // TWgHeaderHost
     void SetCapture(bool Captured) override;
@@ -74,6 +77,8 @@ private:
     QImage FDragImage;
     int FDragImageX = 0;
     QComboBox* FLookupBox = nullptr;
+    QPointer<QWidget> FLookupFocus; // had the focus before the lookup opened
+    bool FLookupChanging = false;
     // Our own release of the mouse is no loss of it.
     bool FReleasing = false;
 };

@@ -1,7 +1,9 @@
 #include "tree/ui/WgHeader.h"
+#include "base/Strings.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -106,4 +108,48 @@ TEST(WgHeaderWidget, EscAndTheLossOfTheMouseEndDragAndResize) {
     EXPECT_FALSE(f.Header.Model().Resizing());
     EXPECT_FALSE(f.Header.ResizeLineX().has_value());
     EXPECT_EQ(option->Width(), 120);
+}
+
+TEST(WgHeaderWidget, LookupFollowsItsOwnerAndGivesTheFocusBack) {
+    QWidget form;
+    auto* header = new TWgHeader(&form);
+    auto* other = new QLineEdit(&form);
+    TWgHeaderSection* s = header->Sections().AddSection();
+    s->SetWidth(120);
+    s->SetLookupEnabled(true);
+    header->setGeometry(0, 0, 300, 20);
+    other->setGeometry(0, 30, 100, 20);
+    form.show();
+    QApplication::setActiveWindow(&form);
+    other->setFocus();
+    std::vector<WideString> asked;
+    header->Model().OnHeaderLookup = [&](TWgHeaderModel&, TWgHeaderSection*, WideString& Text) {
+        asked.push_back(Text);
+        Text = WideUpperCase(Text);
+    };
+    QTest::mouseClick(header, Qt::LeftButton, {}, QPoint(112, 6));
+    ASSERT_NE(header->LookupBox(), nullptr);
+    EXPECT_TRUE(header->LookupBox()->lineEdit()->hasFocus());
+    QTest::keyClicks(header->LookupBox()->lineEdit(), "ab");
+    EXPECT_EQ(header->LookupBox()->currentText(), "AB");
+    EXPECT_EQ(asked, (std::vector<WideString>{u"", u"a", u"Ab"}));
+    WideString done;
+    header->Model().OnHeaderLookupDone = [&](TWgHeaderModel&, TWgHeaderSection*,
+                                             const WideString& Text, bool) { done = Text; };
+    QTest::keyClick(header->LookupBox()->lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(done, u"AB");
+    EXPECT_TRUE(other->hasFocus());
+}
+
+TEST(WgHeaderWidget, TheDragImageLetsTheHeaderShowThroughItsColour) {
+    THeaderFixture f;
+    f.Header.PaintOptions().Color = 0x00C0C0;
+    QTest::mousePress(&f.Header, Qt::LeftButton, {}, QPoint(40, 10));
+    QTest::mouseMove(&f.Header, QPoint(60, 10));
+    ASSERT_TRUE(f.Header.Model().Dragging());
+    const QImage& image = f.Header.DragImage();
+    ASSERT_FALSE(image.isNull());
+    EXPECT_EQ(qAlpha(image.pixel(90, 10)), 0);  // the section's colour
+    EXPECT_EQ(qAlpha(image.pixel(0, 10)), 255); // its edge
+    QTest::mouseRelease(&f.Header, Qt::LeftButton, {}, QPoint(60, 10));
 }
