@@ -26,7 +26,6 @@
 #include "tree/ui/WgTreeInplace.h"
 
 #include <QApplication>
-#include <QTreeWidget>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -40,6 +39,7 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <cstdlib>
@@ -124,6 +124,9 @@ void SetupTree(TWgTree& Tree, bool FullRowSelect) {
     Tree.SetLineHeight(15);
     Tree.SetHeaderHeight(17);
     Tree.SetFlat(true);
+    t.SetHeaderFlat(true);
+    t.SetHeaderHotTrack(false);
+    t.SetDefaultSectionWidth(100);
     t.BkColor = clWhite;
     t.TextColor = clBtnText;
     t.LinesColor = clBtnShadow;
@@ -444,6 +447,8 @@ void TSynForm::CreateBlockPage() {
         };
     ReadTreeForms();
     SetupTree(*WgTree1, false);
+    WgTree1->Tree().FocusedSelectColor = clActiveCaption;
+    WgTree1->Tree().SetStoragePath("\\Tree");
     SetupTree(*WgTree2, true);
     SetupTree(*WgTreeFold, true);
     WgTreeInplaceEdit2 = MakeEditor<TWgTreeInplaceEdit>(this, WgTree2, sftText);

@@ -1,6 +1,7 @@
 #include "base/Strings.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace {
@@ -59,6 +60,34 @@ WideString WideLowerCase(WideView S) {
     WideString r(S);
     for (auto& c : r)
         c = LowerChar(c);
+    return r;
+}
+
+namespace {
+// The case pairs ordered by their lower form; among pairs of one lower form
+// the table's order, by the upper form, is kept.
+std::array<TCasePair, std::size(CaseTable)> ByLower() {
+    std::array<TCasePair, std::size(CaseTable)> pairs{};
+    std::copy(std::begin(CaseTable), std::end(CaseTable), pairs.begin());
+    std::stable_sort(pairs.begin(), pairs.end(),
+                     [](const TCasePair& A, const TCasePair& B) { return A.Lower < B.Lower; });
+    return pairs;
+}
+} // namespace
+
+WideChar UpperChar(WideChar C) {
+    if (C < 0x80) return (C >= u'a' && C <= u'z') ? WideChar(C - 32) : C;
+    static const auto byLower = ByLower();
+    auto it = std::lower_bound(byLower.begin(), byLower.end(), C,
+                               [](const TCasePair& P, WideChar V) { return P.Lower < V; });
+    if (it != byLower.end() && it->Lower == C) return it->Upper;
+    return C;
+}
+
+WideString WideUpperCase(WideView S) {
+    WideString r(S);
+    for (auto& c : r)
+        c = UpperChar(c);
     return r;
 }
 

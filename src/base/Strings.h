@@ -19,6 +19,10 @@ WideString TrimSpaces(WideView S);
 // a character whose lower form does not map back to it is left alone.
 WideChar LowerChar(WideChar C);
 WideString WideLowerCase(WideView S);
+// The inverse of the same pairs: a character that is the lower form of
+// several becomes the first of them by code.
+WideChar UpperChar(WideChar C);
+WideString WideUpperCase(WideView S);
 
 // One-based position of Sub in S at or after Offset; 0 if absent.
 std::size_t Pos(WideView Sub, WideView S, std::size_t Offset = 1);

@@ -1,9 +1,12 @@
 #include "tree/WgHeaderModel.h"
 
+#include "controls/WgIni.h"
 #include "tree/WgTreeErrors.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <string>
 
 namespace {
 constexpr int DividerHalfWidth = 5;
@@ -30,9 +33,13 @@ void TWgHeaderModel::Repaint(TWgHeaderSection* Section) {
     if (FHost) FHost->InvalidateSection(Section);
 }
 
+void TWgHeaderModel::SectionChanged(TWgHeaderSection* Section, TSectionChangeMode Change) {
+    if (OnSectionChange) OnSectionChange(*this, Section, Change);
+}
+
 void TWgHeaderModel::SectionWidthChanged(TWgHeaderSection* Section) {
     if (FStickySections && !FSizingHeader) RecalcStickyShares();
-    if (OnSectionChange) OnSectionChange(*this, Section, scmWidth);
+    SectionChanged(Section, scmWidth);
     InvalidateRight(Section->Position());
 }
 
@@ -170,6 +177,87 @@ int TWgHeaderModel::CalcHeaderHeight() const {
     if (ImageHeight > 0) height = std::max(height, ImageHeight + 4);
     if (!Flat) height += 2;
     return height;
+}
+
+int TWgHeaderModel::MeasureSectionWidth(const TWgHeaderSection* Section) const {
+    if (!Section) return 0;
+    // Edges and the caption's margins, then what the painter puts beside it.
+    int width = 2 + 6;
+    if (MeasureTextWidth && Section->Style != elhsPictureOnly && Section->Style != elhsImageIndex)
+        width += MeasureTextWidth(Section->Text());
+    if (Section->ImageIndex() >= 0 && ImageWidth > 0) width += ImageWidth + 4;
+    if (Section->Expandable || Section->LookupEnabled()) width += 4 + 8;
+    const bool sortMark = Section->SortMode() != hsmNone && Section->ShowSortMark;
+    if (sortMark) width += 9 + 3;
+    if (Section->FilterEnabled && !sortMark) width += 6;
+    return width;
+}
+
+int TWgHeaderModel::InitialHeight(int FontHeight) {
+    // Room for the caption with a line of air above and below it.
+    const int h = std::abs(FontHeight);
+    return h + 6 + h / 4;
+}
+
+void TWgHeaderModel::Loaded() {
+    for (int i = 0; i < FSections->Count(); ++i) {
+        TWgHeaderSection* s = FSections->GetSectionByPos(i);
+        if (!s->PopupName().empty() && FindPopupMenu)
+            s->SetPopupMenu(FindPopupMenu(s->PopupName()));
+    }
+    if (FStickySections) RecalcStickyShares();
+    UpdateHeight();
+    Repaint(nullptr);
+}
+
+namespace {
+AnsiString SectionKey(const AnsiString& Base, char Delimiter, int Position) {
+    // A flat store has no delimiter of its own; its keys take the usual one.
+    return Base + (Delimiter ? Delimiter : '\\') + "Section" + std::to_string(Position);
+}
+} // namespace
+
+bool TWgHeaderModel::Save() const {
+    if (!Storage) return false;
+    const AnsiString base = StoragePath + "WgHeader";
+    bool written = true;
+    for (int i = 0; i < FSections->Count(); ++i) {
+        const TWgHeaderSection* s = FSections->GetSectionByPos(i);
+        const AnsiString key = SectionKey(base, Storage->Delimiter(), i);
+        written = Storage->WriteInteger(key, "Section", s->SectionIndex()) && written;
+        written = Storage->WriteInteger(key, "Width", s->Width()) && written;
+        written = Storage->WriteBool(key, "Visible", s->OwnVisible()) && written;
+        written = Storage->WriteBool(key, "Expanded", s->Expanded()) && written;
+        written = Storage->WriteInteger(key, "Align", int(s->Alignment)) && written;
+    }
+    return written;
+}
+
+bool TWgHeaderModel::Restore() {
+    if (!Storage) return false;
+    const AnsiString base = StoragePath + "WgHeader";
+    // One record per position the header has; a record that names no
+    // column of this header, or gives values out of range, changes nothing.
+    const int count = FSections->Count();
+    BeginUpdate();
+    for (int i = 0; i < count; ++i) {
+        const AnsiString key = SectionKey(base, Storage->Delimiter(), i);
+        if (!Storage->KeyExists(key)) continue;
+        TWgHeaderSection* s =
+            FSections->FindSectionByIndex(Storage->ReadInteger(key, "Section", -1));
+        if (!s) continue;
+        FSections->MoveSection(s, i);
+        s->SetWidth(Storage->ReadInteger(key, "Width", s->Width()));
+        s->SetVisible(Storage->ReadBool(key, "Visible", s->OwnVisible()));
+        s->SetExpanded(Storage->ReadBool(key, "Expanded", s->Expanded()));
+        const int align = Storage->ReadInteger(key, "Align", int(s->Alignment));
+        if (align >= hsaLeft && align <= hsaRight) {
+            s->Alignment = TWgSAlignment(align);
+            SectionChanged(s, scmAlign);
+        }
+    }
+    EndUpdate();
+    return true;
 }
 
 void TWgHeaderModel::UpdateHeight() {

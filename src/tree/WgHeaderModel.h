@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 
+class TWgIniFile;
+
 enum TWgHResizingStates : std::uint8_t { trsBegin = 0, trsMove = 1, trsEnd = 2 };
 enum TSectionChangeMode : std::uint8_t {
     scmText = 0,
@@ -93,8 +95,16 @@ public:
     TColor FilterColor = 0xFF000012;
     TColor ActiveFilterColor = 0;
     WideString Hint;
-    int ImageHeight = 0; // height of the images, 0 without images
+    // The store and the path below which Save and Restore keep the sections.
+    TWgIniFile* Storage = nullptr;
+    AnsiString StoragePath;
+    int ImageWidth = 0; // size of the images, 0 without images
+    int ImageHeight = 0;
     TMeasureText MeasureText;
+    // Width of a caption on one line; without it captions count as empty.
+    std::function<int(const WideString& Text)> MeasureTextWidth;
+    // Finds a popup menu by its name on the owner form, none if absent.
+    std::function<void*(const AnsiString& Name)> FindPopupMenu;
 
     int DefaultWidth() const { return FDefaultWidth; }
     void SetDefaultWidth(int Value) { FDefaultWidth = Value; }
@@ -123,6 +133,18 @@ public:
     bool GetResizableSectionAt(int X, TWgHeaderSection*& Section) const;
     TWgHeaderSection* GetSectionAtEx(int X, int Y, TWgHeaderPart& Part) const;
     int CalcHeaderHeight() const;
+    // The width a section needs for its caption, image and buttons.
+    int MeasureSectionWidth(const TWgHeaderSection* Section) const;
+    // The height a new header takes from the height of its font.
+    static int InitialHeight(int FontHeight);
+    // The end of loading: popup names become menus, sticky shares and the
+    // height are computed for the loaded sections.
+    void Loaded();
+    // Writes the order, widths, visibility, expansion and alignment of the
+    // sections to Storage under StoragePath + "WgHeader"; Restore reads them
+    // back. Both are false without a store or when the store refuses.
+    bool Save() const;
+    bool Restore();
     // Applies CalcHeaderHeight unless LockHeight.
     void UpdateHeight();
     // Corrects rounding after a sticky change; Section is spared.
@@ -174,6 +196,7 @@ public:
     void SectionCreated(TWgHeaderSection* Section);
     void SectionDeleted(TWgHeaderSection* Section);
     void SortModeChanged(TWgHeaderSection* Section);
+    void SectionChanged(TWgHeaderSection* Section, TSectionChangeMode Change);
     void Repaint(TWgHeaderSection* Section);
 
 private:

@@ -154,7 +154,11 @@ void PaintHeaderSection(TCanvas& Canvas, TWgHeaderModel& Header, TWgHeaderSectio
     unsigned flags = DT_NOPREFIX | (align == hsaCenter  ? DT_CENTER
                                     : align == hsaRight ? DT_RIGHT
                                                         : DT_LEFT);
-    flags |= Header.WrapCaptions ? DT_WORDBREAK : DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
+    // TextLayout places the caption: 0 at the top, 1 in the middle, 2 at the bottom.
+    const unsigned layout = Section.TextLayout == 0   ? DT_TOP
+                            : Section.TextLayout == 2 ? DT_BOTTOM
+                                                      : DT_VCENTER;
+    flags |= Header.WrapCaptions ? DT_WORDBREAK : DT_SINGLELINE | layout | DT_END_ELLIPSIS;
     Canvas.DrawText(text, textRect, flags);
 }
 
@@ -163,9 +167,11 @@ void PaintHeader(TCanvas& Canvas, TWgHeaderModel& Header, const TRect& Client,
     TWgHeaderSections& sections = Header.Sections();
     TWgHeaderSection* locked = Header.LockedSection();
     int right = Client.Left;
-    auto paint = [&](int Index) {
-        TWgHeaderSection& s = *sections[Index];
-        TRect r = Header.GetSectionRect(Index);
+    // Sections are walked in display order; their rectangles are asked for
+    // by column number, which no longer matches the position once columns
+    // have been moved or deleted.
+    auto paint = [&](TWgHeaderSection& s) {
+        TRect r = Header.GetSectionRect(s.SectionIndex());
         if (&s != locked) {
             r.Left -= Header.LeftPos();
             r.Right -= Header.LeftPos();
@@ -177,8 +183,9 @@ void PaintHeader(TCanvas& Canvas, TWgHeaderModel& Header, const TRect& Client,
             PaintHeaderSection(Canvas, Header, s, r, Options);
     };
     for (int i = 0; i < sections.Count(); ++i)
-        if (sections[i]->Visible() && sections[i] != locked) paint(i);
-    if (locked && locked->Visible()) paint(sections.IndexOf(locked));
+        if (TWgHeaderSection* s = sections.GetSectionByPos(i); s->Visible() && s != locked)
+            paint(*s);
+    if (locked && locked->Visible()) paint(*locked);
     // The space beyond the last section, with an outer edge.
     if (right < Client.Right) {
         const TRect rest{right, Client.Top, Client.Right, Client.Bottom};

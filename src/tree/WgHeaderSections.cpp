@@ -75,14 +75,20 @@ void TWgHeaderSection::SetVisible(bool Value) {
     if (Value == FVisible) return;
     const int oldWidth = FWidth;
     FVisible = Value;
-    if (TWgHeaderModel* header = Header()) header->SectionVisibilityChanged(this, oldWidth);
+    if (TWgHeaderModel* header = Header()) {
+        header->SectionVisibilityChanged(this, oldWidth);
+        header->SectionChanged(this, scmVisible);
+    }
 }
 
 void TWgHeaderSection::SetParentSection(TWgHeaderSection* Value) {
     for (TWgHeaderSection* p = Value; p; p = p->FParentSection)
         if (p == this) return;
     FParentSection = Value;
-    if (TWgHeaderModel* header = Header()) header->Repaint(nullptr);
+    if (TWgHeaderModel* header = Header()) {
+        header->SectionChanged(this, scmParent);
+        header->Repaint(nullptr);
+    }
 }
 
 void TWgHeaderSection::AutoSizeChanged() {
@@ -94,7 +100,10 @@ void TWgHeaderSection::SetText(const WideString& Value) {
     if (Value == FText) return;
     FText = Value;
     AutoSizeChanged();
-    if (TWgHeaderModel* header = Header()) header->Repaint(this);
+    if (TWgHeaderModel* header = Header()) {
+        header->SectionChanged(this, scmText);
+        header->Repaint(this);
+    }
 }
 
 void TWgHeaderSection::SetImageIndex(std::int32_t Value) {

@@ -44,6 +44,24 @@ void TCustomWgTree::DisplayChanged(std::uint32_t Marks) {
     FTreeView->IsUpdating(false);
 }
 
+void TCustomWgTree::SetHeaderFlat(bool Value) {
+    if (FHeader->Flat == Value) return;
+    FHeader->Flat = Value;
+    FHeader->Repaint(nullptr);
+}
+
+void TCustomWgTree::SetHeaderHotTrack(bool Value) {
+    FHeaderHotTrack = Value;
+    FHeader->Tracking = FHeaderHotTrack && FTracking;
+    FHeader->Repaint(nullptr);
+}
+
+void TCustomWgTree::SetTracking(bool Value) {
+    FTracking = Value;
+    FHeader->Tracking = FHeaderHotTrack && FTracking;
+    FHeader->Repaint(nullptr);
+}
+
 void TCustomWgTree::SetItemIndent(int Value) {
     SetDisplay(FItemIndent, Value, tsmClearAll | (ShowColumns() ? 0u : unsigned(tsmHRange)));
 }

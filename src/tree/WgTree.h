@@ -58,6 +58,20 @@ public:
     void SetShowLines(bool Value);
     void SetShowColumnsProp(bool Value);
     void SetShowCheckboxesProp(bool Value);
+    // ---- forwarded to the header
+    bool HeaderFlat() const { return FHeader->Flat; }
+    void SetHeaderFlat(bool Value);
+    // The header hot-tracks its sections while both this and Tracking are on.
+    bool HeaderHotTrack() const { return FHeaderHotTrack; }
+    void SetHeaderHotTrack(bool Value);
+    bool Tracking() const { return FTracking; }
+    void SetTracking(bool Value);
+    int DefaultSectionWidth() const { return FHeader->DefaultWidth(); }
+    void SetDefaultSectionWidth(int Value) { FHeader->SetDefaultWidth(Value); }
+    // Where the tree and its header keep their settings in the storage.
+    const AnsiString& StoragePath() const { return FHeader->StoragePath; }
+    void SetStoragePath(const AnsiString& Value) { FHeader->StoragePath = Value; }
+
     // For the plain properties below: take the lock, set the marks, release.
     void DisplayChanged(std::uint32_t Marks = tsmClearAll | tsmRedrawMark);
 
@@ -107,7 +121,6 @@ public:
     bool CheckBoxFlat = false;
     bool DrawFocusRect = true;
     bool HideFocusRect = false;
-    bool Tracking = true;
     bool RowHotTrack = false;
     bool UnderlineTracked = true;
     TColor TrackColor = 0xFF00000D;
@@ -208,6 +221,8 @@ private:
     bool FShowButtons = true;
     bool FShowImages = true;
     bool FShowLines = true;
+    bool FHeaderHotTrack = true;
+    bool FTracking = true;
 };
 
 // Ctrl with Shift counts as Shift in the key and click tables.

@@ -185,7 +185,7 @@ void TWgTreeView::MouseDown(bool RightButton, unsigned Shift, int X, int Y) {
 }
 
 void TWgTreeView::MouseMove(unsigned Shift, int X, int Y, bool ButtonDown) {
-    if (FOwner.Tracking) {
+    if (FOwner.Tracking()) {
         const int row = GetItemAtY(Y);
         TWgTreeItem* track = row >= 0 ? FVisibleList[std::size_t(row)] : nullptr;
         if (track != FTrackItem) {

@@ -343,12 +343,14 @@ int TWgTreeView::MeasureColumnWidth(int SectionIndex, bool VisibleOnly) {
 }
 
 int TWgTreeView::FitWidth(TWgHeaderSection* Section) {
-    TCanvas& canvas = MeasureCanvas();
-    canvas.SetFont(TreeFont());
-    // The header's own measure: caption, margins and the sort mark's room.
-    int width = canvas.TextWidth(Section->Text()) + 8;
-    if (Section->SortMode() != hsmNone && Section->ShowSortMark) width += 12;
-    return std::max(width, MeasureColumnWidth(Section->SectionIndex(), false));
+    // The header measures its captions in the tree's font.
+    FHeader.MeasureTextWidth = [this](const WideString& Text) {
+        TCanvas& canvas = MeasureCanvas();
+        canvas.SetFont(TreeFont());
+        return canvas.TextWidth(Text);
+    };
+    return std::max(FHeader.MeasureSectionWidth(Section),
+                    MeasureColumnWidth(Section->SectionIndex(), false));
 }
 
 void TWgTreeView::AutoSizeColumn(int SectionIndex) {

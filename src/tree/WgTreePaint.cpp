@@ -201,7 +201,8 @@ void TWgTreeView::SetRowFont(TCanvas& Canvas, TWgTreeItem* Item, int SectionInde
                                  (state & stUnderlined ? fsUnderline : 0) |
                                  (state & stStrikedOut ? fsStrikeOut : 0));
     }
-    if (Item == FTrackItem && FOwner.Tracking && FOwner.UnderlineTracked) font.Style |= fsUnderline;
+    if (Item == FTrackItem && FOwner.Tracking() && FOwner.UnderlineTracked)
+        font.Style |= fsUnderline;
     font.Color = Canvas.Font().Color;
     Canvas.SetFont(font);
 }

@@ -1,5 +1,6 @@
 // Focus and selection, the view's timers, and the incremental search.
 
+#include "base/Strings.h"
 #include "tree/WgTree.h"
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
@@ -9,13 +10,6 @@
 
 namespace {
 const WideString HtmlTag = u"<html>";
-
-WideChar SearchUpper(WideChar C) {
-    if (C >= u'a' && C <= u'z') return WideChar(C - 32);
-    if (C >= 0xE0 && C <= 0xFE && C != 0xF7) return WideChar(C - 32);
-    if (C >= 0x430 && C <= 0x44F) return WideChar(C - 32);
-    return C;
-}
 
 // The text without its markup tags.
 WideString StripTags(const WideString& S) {
@@ -196,9 +190,7 @@ void TWgTreeView::ProcessSearch(const WideString& Text) {
         stop = start - 1;
     }
     const int count = FOwner.Items().Count();
-    WideString wanted = Text;
-    for (WideChar& c : wanted)
-        c = SearchUpper(c);
+    const WideString wanted = WideUpperCase(Text);
     for (int i = start, steps = 0; steps <= count; ++steps) {
         TWgTreeItem* item = FOwner.Items().Item(i);
         if (!item) break;
@@ -210,7 +202,7 @@ void TWgTreeView::ProcessSearch(const WideString& Text) {
         if (!passed && text.size() >= wanted.size()) {
             bool same = true;
             for (std::size_t k = 0; k < wanted.size() && same; ++k)
-                same = SearchUpper(text[k]) == wanted[k];
+                same = UpperChar(text[k]) == wanted[k];
             if (same) {
                 EnsureVisible(item);
                 DoSetFocused(item, false, true, false);

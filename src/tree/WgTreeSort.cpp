@@ -1,6 +1,7 @@
 // Sorting: prepared keys, the comparison, the quick sort over one list of
 // children, and sorting by a click on a header section.
 
+#include "base/Strings.h"
 #include "tree/WgTree.h"
 #include "tree/WgTreeItem.h"
 #include "tree/WgTreeItems.h"
@@ -28,15 +29,6 @@ struct TWgSortKey : TWgSortValue {
     double Float = 0;
     WideString Text;
 };
-
-WideChar UpperChar(WideChar C) {
-    if (C >= u'a' && C <= u'z') return WideChar(C - 32);
-    if ((C >= 0xE0 && C <= 0xFE && C != 0xF7)) return WideChar(C - 32);
-    if (C >= 0x3B1 && C <= 0x3C9 && C != 0x3C2) return WideChar(C - 32);
-    if (C >= 0x430 && C <= 0x44F) return WideChar(C - 32);
-    if (C >= 0x450 && C <= 0x45F) return WideChar(C - 80);
-    return C;
-}
 
 std::string Narrow(const WideString& S) {
     std::string out;
@@ -149,10 +141,7 @@ TWgSortKey MakeKey(TCustomWgTree& Tree, TWgTreeItem* Item, int Column, int Main,
     case stText:
     case stCustom:
         key.Kind = kkText;
-        key.Text = text;
-        if (!Tree.SortUseCase)
-            for (WideChar& c : key.Text)
-                c = UpperChar(c);
+        key.Text = Tree.SortUseCase ? text : WideUpperCase(text);
         break;
     case stNumber:
         if (ParseInteger(text, key.Int)) key.Kind = kkInteger;

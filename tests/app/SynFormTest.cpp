@@ -306,6 +306,23 @@ TEST_F(SynFormTest, EveryOptionEditEndsAsACommit) {
     EXPECT_EQ(Cell(Form->WgTree1, 13), u"No");
 }
 
+TEST_F(SynFormTest, TheTreesHaveFlatStillHeadersAndTheCaptionColouredSelection) {
+    for (TWgTree* tree : {Form->WgTree1, Form->WgTree2, Form->WgTreeFold}) {
+        TCustomWgTree& t = tree->Tree();
+        EXPECT_TRUE(t.HeaderFlat());
+        EXPECT_EQ(t.DefaultSectionWidth(), 100);
+        // The pointer over a section leaves it as it is: no hot look.
+        t.Header().MouseMove(20, 8, false);
+        EXPECT_EQ(t.Header().HotSection(), nullptr);
+        // A new column takes the form's default width.
+        TWgHeaderSection* added = t.Header().Sections().AddSection();
+        EXPECT_EQ(added->Width(), 100);
+        t.Header().Sections().DeleteSection(added);
+    }
+    EXPECT_EQ(Form->WgTree1->Tree().FocusedSelectColor, clActiveCaption);
+    EXPECT_EQ(Form->WgTree1->Tree().StoragePath(), "\\Tree");
+}
+
 TEST_F(SynFormTest, TheSimplePagesNameTheirSheets) {
     EXPECT_EQ(Form->TabHints->Caption(), u"Hints");
     EXPECT_EQ(Form->TabSample->Caption(), u"Sample");

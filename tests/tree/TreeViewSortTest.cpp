@@ -165,3 +165,27 @@ TEST(TreeViewSort, TextChangesSortOnceAtTheEndOfAnUpdate) {
     f.Item("c")->SetText(u"zz");
     EXPECT_EQ(f.Order(), "y z zz");
 }
+
+TEST(TreeViewSort, SortAndSearchFoldEveryCasedLetter) {
+    // Each pair differs first in case only: folded, the second letter decides.
+    const std::vector<std::pair<WideString, WideString>> pairs = {
+        {u"\u015Cb", u"\u015Da"}, // Latin Extended-A: S with circumflex
+        {u"\u0141b", u"\u0142a"}, // L with stroke
+        {u"\u0401b", u"\u0451a"}, // Cyrillic IO
+        {u"\u0178b", u"\u00FFa"}, // y with diaeresis, whose capital lies far away
+    };
+    for (const auto& [upper, lower] : pairs) {
+        TViewFixture f;
+        TWgTreeItem* first = f.Tree.Items().AddChild(nullptr, upper);
+        TWgTreeItem* second = f.Tree.Items().AddChild(nullptr, lower);
+        f.Tree.SortUseCase = false;
+        f.Tree.Sort(false);
+        EXPECT_EQ(f.Tree.Items().Item(0), second) << int(upper[0]);
+
+        // The search finds either row from the other case.
+        f.View().ProcessSearch(WideString(1, lower[0]) + u"b");
+        EXPECT_EQ(f.Tree.FocusedItem(), first) << int(upper[0]);
+        f.View().ProcessSearch(WideString(1, upper[0]) + u"A");
+        EXPECT_EQ(f.Tree.FocusedItem(), second) << int(upper[0]);
+    }
+}

@@ -33,6 +33,16 @@ public:
     }
 };
 
+// Remembers the flags of the captions.
+class TFlagsRecorder : public TRecordingCanvas {
+public:
+    std::vector<unsigned> Flags;
+    int DrawText(WideView Text, TRect& R, unsigned F) override {
+        Flags.push_back(F);
+        return TRecordingCanvas::DrawText(Text, R, F);
+    }
+};
+
 } // namespace
 
 TEST(WgHeaderPaint, SectionStepsInOrder) {
@@ -120,4 +130,38 @@ TEST(WgHeaderPaint, OwnerDrawAndMarkupCaptions) {
     PaintHeader(c, h.Model, Rect(0, 0, 100, 20), h.Options);
     EXPECT_EQ(seen, (std::vector<std::string>{"markup 14(4,1,46,19)", "own 1(51,1,99,19)"}));
     EXPECT_TRUE(c.OpsStartingWith("DrawText").empty());
+}
+
+TEST(WgHeaderPaint, WalksListPositionsAfterColumnsAreDeletedAndMoved) {
+    THeader h({{u"A", 40}, {u"B", 50}, {u"C", 60}});
+    // Column numbers 0 and 2 are left: the painter must not look for column 1.
+    h.Model.Sections().DeleteSection(&h[1]);
+    TRecordingCanvas deleted;
+    PaintHeader(deleted, h.Model, Rect(0, 0, 150, 20), h.Options);
+    EXPECT_EQ(
+        deleted.OpsStartingWith("FillRect"),
+        (std::vector<std::string>{"FillRect(0,0,40,20) C0C0C0", "FillRect(40,0,100,20) C0C0C0",
+                                  "FillRect(100,0,150,20) C0C0C0"}));
+
+    // C moved to the front and locked: it is painted last, at its own place.
+    h.Model.Sections().MoveSection(&h[2], 0);
+    h.Model.SetLockedSection(&h[2]);
+    TRecordingCanvas moved;
+    PaintHeader(moved, h.Model, Rect(0, 0, 150, 20), h.Options);
+    auto captions = moved.OpsStartingWith("DrawText");
+    ASSERT_EQ(captions.size(), 2u);
+    EXPECT_EQ(captions[0].rfind("DrawText(64,1,96,19),\"A\"", 0), 0u) << captions[0];
+    EXPECT_EQ(captions[1].rfind("DrawText(4,1,56,19),\"C\"", 0), 0u) << captions[1];
+}
+
+TEST(WgHeaderPaint, TextLayoutPlacesTheCaption) {
+    const std::pair<int, unsigned> cases[] = {{0, DT_TOP}, {1, DT_VCENTER}, {2, DT_BOTTOM}};
+    for (auto [layout, flag] : cases) {
+        THeader h({{u"A", 60}});
+        h[0].TextLayout = std::uint8_t(layout);
+        TFlagsRecorder c;
+        PaintHeaderSection(c, h.Model, h[0], Rect(0, 0, 60, 20), h.Options);
+        ASSERT_EQ(c.Flags.size(), 1u);
+        EXPECT_EQ(c.Flags[0] & (DT_VCENTER | DT_BOTTOM), flag) << layout;
+    }
 }

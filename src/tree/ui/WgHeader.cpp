@@ -4,6 +4,7 @@
 #include "base/ui/QtCanvas.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -29,7 +30,7 @@ TWgHeader::TWgHeader(TWgHeaderModel& Model, QWidget* Parent) : QWidget(Parent), 
     FOptions.Font.Name = u"Tahoma";
     FOptions.Font.Height = -11;
     FModel.SetHost(this);
-    FModel.SetHeight(FModel.CalcHeaderHeight());
+    FModel.SetHeight(TWgHeaderModel::InitialHeight(FOptions.Font.Height));
 }
 
 TWgHeader::~TWgHeader() {
@@ -43,10 +44,16 @@ QSize TWgHeader::sizeHint() const {
 void TWgHeader::SetCapture(bool Captured) {
     // Qt holds the mouse for the widget under a pressed button; an explicit
     // grab covers the moves that begin without one.
-    if (Captured && QWidget::mouseGrabber() != this)
+    // The keyboard comes along, so that Esc reaches a drag.
+    if (Captured && QWidget::mouseGrabber() != this) {
         grabMouse();
-    else if (!Captured && QWidget::mouseGrabber() == this)
-        releaseMouse();
+        grabKeyboard();
+    } else if (!Captured) {
+        FReleasing = true;
+        if (QWidget::mouseGrabber() == this) releaseMouse();
+        if (QWidget::keyboardGrabber() == this) releaseKeyboard();
+        FReleasing = false;
+    }
 }
 
 void TWgHeader::DrawResizeLine(int X) {
@@ -59,21 +66,35 @@ void TWgHeader::DrawResizeLine(int X) {
 }
 
 void TWgHeader::BeginDragImage(TWgHeaderSection* Section) {
-    const int index = Section->Position();
-    TRect r = FModel.GetSectionRect(index);
+    TRect r = FModel.GetSectionRect(Section->SectionIndex());
     r.Bottom = height();
     // At the screen's density, like the header it floats over.
     const qreal ratio = devicePixelRatioF();
     FDragImage = QImage(QSize(std::max(r.Width(), 1), std::max(r.Height(), 1)) * ratio,
-                        QImage::Format_RGB32);
+                        QImage::Format_ARGB32);
     FDragImage.setDevicePixelRatio(ratio);
     QPainter p(&FDragImage);
     TQtCanvas canvas(p, &palette());
     PaintHeaderSection(canvas, FModel, *Section, TRect{0, 0, r.Width(), r.Height()}, FOptions,
                        true);
     p.end();
+    // The mask: the shaded section colour lets the header show through, so
+    // only the edges, caption and glyphs float over it.
+    const TColor color = Section->ParentColor ? FOptions.Color : Section->Color;
+    const TColor mask = DragShadeColor(canvas.ColorToRGB(color), 239);
+    const QRgb maskRgb = qRgb(int(mask & 0xFF), int((mask >> 8) & 0xFF), int((mask >> 16) & 0xFF));
+    for (int y = 0; y < FDragImage.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(FDragImage.scanLine(y));
+        for (int x = 0; x < FDragImage.width(); ++x)
+            if ((line[x] & 0xFFFFFF) == (maskRgb & 0xFFFFFF)) line[x] = 0;
+    }
     FDragImageX = r.Left - FModel.LeftPos();
     update();
+}
+
+QRect TWgHeader::DragImageRect() const {
+    if (FDragImage.isNull()) return {};
+    return {QPoint(FDragImageX, 0), FDragImage.deviceIndependentSize().toSize()};
 }
 
 void TWgHeader::MoveDragImage(int X) {
@@ -91,13 +112,15 @@ void TWgHeader::InvalidateSection(TWgHeaderSection* Section) {
         update();
         return;
     }
-    TRect r = FModel.GetSectionRect(Section->Position());
+    TRect r = FModel.GetSectionRect(Section->SectionIndex());
     const int shift = Section == FModel.LockedSection() ? 0 : FModel.LeftPos();
     update(QRect(r.Left - shift, 0, r.Width(), height()));
 }
 
 void TWgHeader::InvalidateRight(int Position) {
-    TRect r = FModel.GetSectionRect(Position);
+    const TWgHeaderSection* section = FModel.Sections().GetSectionByPos(Position);
+    if (!section) return;
+    TRect r = FModel.GetSectionRect(section->SectionIndex());
     update(QRect(r.Left - FModel.LeftPos(), 0, width(), height()));
 }
 
@@ -111,14 +134,30 @@ void TWgHeader::OpenLookup(TWgHeaderSection* Section) {
         FLookupBox->setEditable(true);
         FLookupBox->installEventFilter(this);
         FLookupBox->lineEdit()->installEventFilter(this);
+        // The owner may rewrite the text at each change; it is put back
+        // only when it differs, so that the edit position stays.
+        connect(FLookupBox, &QComboBox::editTextChanged, this, [this](const QString& Text) {
+            TWgHeaderSection* section = FModel.LookupSection();
+            if (!section || FLookupChanging || !FModel.OnHeaderLookup) return;
+            WideString text = Text.toStdU16String();
+            FModel.OnHeaderLookup(FModel, section, text);
+            if (Q(text) != Text) {
+                FLookupChanging = true;
+                FLookupBox->setEditText(Q(text));
+                FLookupChanging = false;
+            }
+        });
     }
+    FLookupFocus = QApplication::focusWidget();
     FLookupBox->clear();
     for (const WideString& entry : Section->LookupHistory)
         FLookupBox->addItem(Q(entry));
     WideString text;
     if (FModel.OnHeaderLookup) FModel.OnHeaderLookup(FModel, Section, text);
+    FLookupChanging = true;
     FLookupBox->setEditText(Q(text));
-    TRect r = FModel.GetSectionRect(Section->Position());
+    FLookupChanging = false;
+    TRect r = FModel.GetSectionRect(Section->SectionIndex());
     FLookupBox->setGeometry(r.Left - FModel.LeftPos() + 1, 1, r.Width() - 2, height() - 2);
     FLookupBox->show();
     FLookupBox->setFocus();
@@ -128,6 +167,8 @@ WideString TWgHeader::CloseLookup() {
     if (!FLookupBox) return {};
     const WideString text = FLookupBox->currentText().toStdU16String();
     FLookupBox->hide();
+    if (FLookupFocus) FLookupFocus->setFocus(Qt::OtherFocusReason);
+    FLookupFocus = nullptr;
     return text;
 }
 
@@ -183,6 +224,26 @@ void TWgHeader::mouseReleaseEvent(QMouseEvent* Event) {
 void TWgHeader::leaveEvent(QEvent*) {
     // Leaving the header ends the hot look of a section.
     if (!FModel.Resizing() && !FModel.Dragging()) FModel.MouseMove(-1, -1, false);
+}
+
+void TWgHeader::keyPressEvent(QKeyEvent* Event) {
+    // Esc ends a drag as the loss of the mouse does.
+    if (Event->key() == Qt::Key_Escape && FModel.Dragging()) {
+        FModel.CancelMode();
+        return;
+    }
+    QWidget::keyPressEvent(Event);
+}
+
+void TWgHeader::changeEvent(QEvent* Event) {
+    // A window that is no longer active loses the mouse with it.
+    if (Event->type() == QEvent::ActivationChange && !isActiveWindow()) FModel.CancelMode();
+    QWidget::changeEvent(Event);
+}
+
+bool TWgHeader::event(QEvent* Event) {
+    if (Event->type() == QEvent::UngrabMouse && !FReleasing) FModel.CancelMode();
+    return QWidget::event(Event);
 }
 
 void TWgHeader::resizeEvent(QResizeEvent*) {

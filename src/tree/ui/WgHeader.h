@@ -8,6 +8,7 @@
 #include "tree/WgHeaderPaint.h"
 
 #include <QImage>
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -34,6 +35,10 @@ public:
     std::optional<int> ResizeLineX() const { return FLineX; }
     // The lookup field while one is open.
     QComboBox* LookupBox() const { return FLookupBox; }
+    // Where the image of a dragged section stands; empty without a drag.
+    QRect DragImageRect() const;
+    // The image itself: the section's colour is see-through.
+    const QImage& DragImage() const { return FDragImage; }
 
     // TWgHeaderHost
     void SetCapture(bool Captured) override;
@@ -56,6 +61,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent* Event) override;
     void leaveEvent(QEvent* Event) override;
     void resizeEvent(QResizeEvent* Event) override;
+    void keyPressEvent(QKeyEvent* Event) override;
+    void changeEvent(QEvent* Event) override;
+    bool event(QEvent* Event) override;
     bool eventFilter(QObject* Watched, QEvent* Event) override;
 
 private:
@@ -69,4 +77,8 @@ private:
     QImage FDragImage;
     int FDragImageX = 0;
     QComboBox* FLookupBox = nullptr;
+    QPointer<QWidget> FLookupFocus; // had the focus before the lookup opened
+    bool FLookupChanging = false;
+    // Our own release of the mouse is no loss of it.
+    bool FReleasing = false;
 };

@@ -428,8 +428,12 @@ void TWgTree::EditorUnregistered(TWgTreeInplaceEditor* Editor) {
 
 void TWgTree::ItemGoing(TWgTreeItem* Item) {
     if (FEditItem != Item) return;
-    if (IsEditing()) FInplaceEditor->CompleteOperation(false);
+    // The edit item goes before the editor is ended: whatever the editor's
+    // handler makes of the end, nothing is written into a row on its way out.
     FEditItem = nullptr;
+    if (!IsEditing()) return;
+    FInplaceEditor->Item = nullptr;
+    FInplaceEditor->CompleteOperation(false);
 }
 
 TWgFieldType TWgTree::CellTypeOf(TWgTreeItem* Item, int SectionIndex) const {
@@ -519,6 +523,8 @@ void TWgTree::EditFinished(TWgTreeInplaceEditor* Editor, bool Accepted) {
             item->SetText(Editor->ValueAsText);
         }
     }
-    if (OnEndEditItem) OnEndEditItem(*this, item, section, !Accepted);
+    // Without an item (it was deleted under the editor) nothing was stored:
+    // the end counts as a cancellation, whatever the editor's handler said.
+    if (OnEndEditItem) OnEndEditItem(*this, item, section, !Accepted || !item);
     if (FInplaceEditor == Editor) FInplaceEditor = nullptr;
 }

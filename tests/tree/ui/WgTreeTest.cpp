@@ -38,6 +38,9 @@ struct TOptionsForm {
         Tree->SetShowColumns(true);
         t.QuickEditMode = true;
         t.FullRowSelect = false;
+        t.SetHeaderFlat(true);
+        t.SetHeaderHotTrack(false);
+        t.FocusedSelectColor = clActiveCaption;
         Tree->SetLineHeight(15);
         Tree->SetHeaderHeight(17);
         Edit.SetTree(Tree);
@@ -265,6 +268,22 @@ TEST(WgTreeWidget, DeletingTheEditedRowCancelsTheEdit) {
     EXPECT_EQ(f.Tree->EditingItem(), nullptr);
     ASSERT_EQ(f.Ended.size(), 1u);
     EXPECT_TRUE(f.Ended[0].second);
+
+    // The application's handler turns every end into an acceptance; the
+    // dying row must still get nothing written into it.
+    TOptionsForm stored;
+    stored.ClickAndWait(5, 1);
+    ASSERT_TRUE(stored.Tree->IsEditing());
+    QTest::keyClicks(stored.Edit.Editor(), "typed");
+    int writes = 0;
+    stored.Tree->Tree().OnItemChange = [&](TWgTreeModel&, TWgTreeItem*, TItemChangeMode) {
+        ++writes;
+    };
+    stored.Tree->Items().Delete(stored.Row(5));
+    EXPECT_FALSE(stored.Tree->IsEditing());
+    EXPECT_EQ(writes, 0);
+    ASSERT_EQ(stored.Ended.size(), 1u);
+    EXPECT_EQ(stored.Ended[0], std::make_pair(static_cast<TWgTreeItem*>(nullptr), true));
 }
 
 TEST(WgTreeWidget, ScrollBarsFollowTheViewAndMoveIt) {
@@ -395,7 +414,8 @@ TEST(WgTreeWidget, TheFocusedRowIsPaintedSelected) {
     TOptionsForm f;
     f.Click(2, 0);
     const QImage shot = f.Tree->ViewWidget()->grab().toImage();
-    const QColor highlight = ToQColor(clHighlight);
+    const QColor highlight = ToQColor(clActiveCaption);
+    ASSERT_NE(highlight, ToQColor(clHighlight));
     auto highlighted = [&](int Row) {
         const TRect r = f.Tree->View().GetItemRect(Row);
         int count = 0;
