@@ -515,14 +515,22 @@ def menubar(t):
 
 
 def menu_item(t):
-    """5 frames: normal, (unused), disabled, selected, (unused)."""
+    """5 frames: normal, separator, disabled, selected, (unused).
+
+    A separator takes the bottom rows of the second frame that fit its
+    height, magenta showing the menu through: an etched line there. The
+    selected frame is dark enough for the highlight text on it."""
     cells = []
     for i in range(5):
         img = Image(24, 20, t["menu"])
+        if i == 1:
+            img.fill(0, 0, 24, 20, MAGENTA)
+            img.fill(4, 15, 20, 16, t["line_dark"])
+            img.fill(4, 16, 20, 17, mix(t["line_dark"], t["menu"], 0.75))
         if i == 3:
-            img.fill(2, 1, 22, 19, mix(t["accent"], t["menu"], 0.78))
-            img.frame(2, 1, 22, 19, mix(t["accent"], t["menu"], 0.35))
-            img.round_corners(2, 1, 22, 19, 2, outline=mix(t["accent"], t["menu"], 0.35))
+            img.fill(2, 1, 22, 19, mix(t["accent"], t["menu"], 0.1))
+            img.frame(2, 1, 22, 19, mix(t["accent"], t["line_dark"], 0.3))
+            img.round_corners(2, 1, 22, 19, 2, outline=mix(t["accent"], t["line_dark"], 0.3))
             for y in range(20):
                 for x in range(24):
                     if img.get(x, y) == MAGENTA:
