@@ -1,6 +1,7 @@
 #include "base/SafeFileStream.h"
 
 #include "base/Exceptions.h"
+#include "base/FileNames.h"
 #include "base/Strings.h"
 
 #include <cerrno>
@@ -9,8 +10,10 @@
 #include <utility>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
 #include <process.h>
+#include <sys/stat.h>
 #define LEXSMITH_GETPID _getpid
 #else
 #include <fcntl.h>
@@ -77,11 +80,27 @@ void CopyAccess(const fs::path& From, std::FILE* To, const fs::path& ToName) {
 #endif
 }
 
+// A new file for writing, never one that is there already.
+std::FILE* CreateNewFile(const AnsiString& Name) {
+#ifdef _WIN32
+    // The system's C library has no "x" mode; the exclusive create of its
+    // lower level does the same.
+    const int fd = _open(Name.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY,
+                         _S_IREAD | _S_IWRITE);
+    if (fd < 0) return nullptr;
+    std::FILE* file = _fdopen(fd, "wb");
+    if (!file) _close(fd);
+    return file;
+#else
+    return std::fopen(Name.c_str(), "wbx");
+#endif
+}
+
 } // namespace
 
 TSafeFileStream::TSafeFileStream(const AnsiString& FileName) : FFileName(FileName) {
     std::error_code ec;
-    const fs::file_status status = fs::status(fs::path(FileName), ec); // links followed
+    const fs::file_status status = fs::status(NarrowPath(FileName), ec); // links followed
     const bool exists = fs::exists(status);
     if (exists && fs::is_directory(status))
         throw EFCreateError(FormatMessage(RtlMessages::SFCreateError, {FileName, "Is a directory"}));
@@ -89,26 +108,33 @@ TSafeFileStream::TSafeFileStream(const AnsiString& FileName) : FFileName(FileNam
     // itself, by the name given (/dev/stdout leads to a pipe that has no
     // name of its own).
     FInPlace = exists && !fs::is_regular_file(status);
-    fs::path target = FileName;
+    fs::path target = NarrowPath(FileName);
     if (exists && !FInPlace) {
         const fs::path real = fs::canonical(target, ec);
         if (!ec) target = real;
     } else if (!exists) {
         target = FollowLinks(target);
     }
-    FTarget = target.string();
+    FTarget = NarrowName(target);
+#ifdef _WIN32
+    // A read-only file is not written on Windows, by any means: the system
+    // refuses to replace it (Wine's rename would not).
+    if (exists && (status.permissions() & fs::perms::owner_write) == fs::perms::none)
+        throw EFCreateError(
+            FormatMessage(RtlMessages::SFCreateError, {FileName, std::strerror(EACCES)}));
+#endif
     if (FInPlace) {
         FWorkName = FileName;
         FFile = std::fopen(FWorkName.c_str(), "wb");
     } else {
         const fs::path folder = target.parent_path();
         const AnsiString stem =
-            "." + target.filename().string() + "." + std::to_string(LEXSMITH_GETPID()) + ".";
+            "." + NarrowName(target.filename()) + "." + std::to_string(LEXSMITH_GETPID()) + ".";
         for (int attempt = 0; attempt < 100 && !FFile; ++attempt) {
-            FWorkName = (folder / (stem + std::to_string(attempt) + ".tmp")).string();
+            FWorkName = NarrowName(folder / NarrowPath(stem + std::to_string(attempt) + ".tmp"));
             errno = 0;
-            // "x": never take over a file that is there already.
-            FFile = std::fopen(FWorkName.c_str(), "wbx");
+            // Never take over a file that is there already.
+            FFile = CreateNewFile(FWorkName);
             if (!FFile && errno != EEXIST) break;
         }
     }
@@ -116,7 +142,7 @@ TSafeFileStream::TSafeFileStream(const AnsiString& FileName) : FFileName(FileNam
         const std::string reason = std::strerror(errno);
         throw EFCreateError(FormatMessage(RtlMessages::SFCreateError, {FileName, reason}));
     }
-    if (exists && !FInPlace) CopyAccess(target, FFile, FWorkName);
+    if (exists && !FInPlace) CopyAccess(target, FFile, NarrowPath(FWorkName));
 }
 
 TSafeFileStream::~TSafeFileStream() {
@@ -128,7 +154,11 @@ void TSafeFileStream::Discard() {
     FFile = nullptr;
     if (!FInPlace && !FWorkName.empty()) {
         std::error_code ec;
-        fs::remove(FWorkName, ec);
+#ifdef _WIN32
+        // It may carry a read-only file's attribute, which keeps it from going.
+        fs::permissions(NarrowPath(FWorkName), fs::perms::owner_write, fs::perm_options::add, ec);
+#endif
+        fs::remove(NarrowPath(FWorkName), ec);
     }
 }
 
@@ -169,9 +199,9 @@ void TSafeFileStream::Commit() {
     if (std::fclose(file) != 0) Fail(std::strerror(errno ? errno : EIO));
     if (!FInPlace) {
         std::error_code ec;
-        fs::rename(FWorkName, FTarget, ec);
+        fs::rename(NarrowPath(FWorkName), NarrowPath(FTarget), ec);
         if (ec) Fail(ec.message().c_str());
-        SyncFolder(fs::path(FTarget).parent_path());
+        SyncFolder(NarrowPath(FTarget).parent_path());
     }
     FCommitted = true;
 }

@@ -1,6 +1,7 @@
 #include "base/Streams.h"
 
 #include "base/Exceptions.h"
+#include "base/FileNames.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -115,7 +116,7 @@ TFileStream::TFileStream(const AnsiString& FileName, std::uint16_t Mode) : FFile
     else if ((Mode & 3) == fmOpenWrite || (Mode & 3) == fmOpenReadWrite)
         how = "r+b";
     std::error_code ec;
-    if (!create && std::filesystem::is_directory(FileName, ec))
+    if (!create && std::filesystem::is_directory(NarrowPath(FileName), ec))
         throw EFOpenError(FormatMessage(RtlMessages::SFOpenError, {FileName, "Is a directory"}));
 #ifdef _WIN32
     int share = (!create && (Mode & 0xF0) == fmShareDenyWrite) ? _SH_DENYWR : _SH_DENYNO;

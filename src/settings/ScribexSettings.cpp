@@ -1,10 +1,17 @@
 #include "settings/ScribexSettings.h"
 
+#include "base/FileNames.h"
 #include "skin/quickini.h"
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#include <shlobj.h>
+#include <windows.h>
+#endif
 
 AnsiString AppDataFolderFrom(const TEnvLookup& Env, const TDirExists& DirExists) {
     auto env = [&](const char* Name) -> AnsiString {
@@ -19,6 +26,13 @@ AnsiString AppDataFolderFrom(const TEnvLookup& Env, const TDirExists& DirExists)
     const AnsiString own = env("LEXSMITH_APPDATA");
     if (!own.empty()) return noTrailing(own);
 #ifdef _WIN32
+    (void)DirExists;
+    // The shell's per-user application data folder, narrow, as the
+    // companion editor asks for it; %APPDATA% when the shell has none.
+    char shell[MAX_PATH] = {};
+    if (SHGetFolderPathA(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, shell) == S_OK &&
+        shell[0])
+        return noTrailing(shell) + "\\KV Scribex";
     return noTrailing(env("APPDATA")) + "\\KV Scribex";
 #else
     const AnsiString home = env("HOME");
@@ -70,5 +84,5 @@ TSkinChoice ChooseSkin(const TScribexSettings& Settings, const AnsiString& AppDa
 
 bool FileExists(const AnsiString& FileName) {
     std::error_code error;
-    return !FileName.empty() && std::filesystem::is_regular_file(FileName, error);
+    return !FileName.empty() && std::filesystem::is_regular_file(NarrowPath(FileName), error);
 }

@@ -18,7 +18,8 @@ inline constexpr char PathDelim = '/';
 #endif
 
 // The folder rule, with the environment given as a lookup so that it can be
-// tested: LEXSMITH_APPDATA if set; on Windows %APPDATA% + "\KV Scribex";
+// tested: LEXSMITH_APPDATA if set; on Windows the shell's per-user
+// application data folder (or %APPDATA%) + "\KV Scribex";
 // elsewhere the same folder in the default Wine prefix when that exists,
 // otherwise $XDG_CONFIG_HOME (or ~/.config) + "/KV Scribex". No trailing
 // separator.

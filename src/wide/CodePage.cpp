@@ -129,17 +129,40 @@ public:
         return WideString(w.begin(), w.end());
     }
     AnsiString Encode(std::u16string_view Text) const override {
-        if (Text.empty()) return {};
-        std::wstring w(Text.begin(), Text.end());
-        const DWORD flags = WC_NO_BEST_FIT_CHARS;
-        int n =
-            WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), nullptr, 0, "?", nullptr);
-        AnsiString out(std::size_t(n), '\0');
-        WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), out.data(), n, "?", nullptr);
-        return out;
+        // The system gives a "?" for each half of a pair that the code page
+        // lacks; a pair is one character and gives one "?".
+        AnsiString out;
+        std::size_t start = 0;
+        for (std::size_t i = 0; i + 1 < Text.size(); ++i) {
+            if (!IsHighSurrogate(Text[i]) || !IsLowSurrogate(Text[i + 1])) continue;
+            out += Convert(Text.substr(start, i - start));
+            bool missing = false;
+            const AnsiString pair = Convert(Text.substr(i, 2), &missing);
+            out += missing ? AnsiString("?") : pair;
+            start = ++i + 1;
+        }
+        return out + Convert(Text.substr(start));
     }
 
 private:
+    AnsiString Convert(std::u16string_view Text, bool* Missing = nullptr) const {
+        if (Text.empty()) return {};
+        const std::wstring w(Text.begin(), Text.end());
+        const DWORD flags = WC_NO_BEST_FIT_CHARS;
+        BOOL usedDefault = FALSE;
+        // The code pages of the UTF and GB18030 families have every character
+        // and refuse the question.
+        const bool ask = Missing && FNumber != 54936 && FNumber != 65000 && FNumber != 65001;
+        int n = WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), nullptr, 0, "?",
+                                    ask ? &usedDefault : nullptr);
+        AnsiString out(std::size_t(n > 0 ? n : 0), '\0');
+        if (n > 0)
+            WideCharToMultiByte(FNumber, flags, w.data(), int(w.size()), out.data(), n, "?",
+                                nullptr);
+        if (Missing) *Missing = ask && usedDefault;
+        return out;
+    }
+
     UINT FNumber;
 };
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -39,6 +40,31 @@ TEST(ScribexSettingsTest, AppDataFolderRules) {
     env = {{"HOME", "/home/bob"}};
     EXPECT_EQ(folder(), "/home/bob/.config/KV Scribex");
     EXPECT_TRUE(asked.empty());
+}
+#else
+TEST(ScribexSettingsTest, AppDataFolderRulesOnWindows) {
+    std::map<std::string, std::string> env;
+    auto folder = [&] {
+        return AppDataFolderFrom(
+            [&](const char* Name) { return env.count(Name) ? env[Name].c_str() : nullptr; },
+            [&](const AnsiString& Path) {
+                ADD_FAILURE() << "no folder is probed on Windows: " << Path;
+                return false;
+            });
+    };
+    // The shell's per-user application data folder, which the system also
+    // gives the process as %APPDATA%; the lookup's own APPDATA is no rival.
+    const char* appData = std::getenv("APPDATA");
+    ASSERT_TRUE(appData && *appData);
+    const AnsiString expected = AnsiString(appData) + "\\KV Scribex";
+    EXPECT_EQ(folder(), expected);
+    env["APPDATA"] = "C:\\elsewhere";
+    EXPECT_EQ(folder(), expected);
+    env["LEXSMITH_APPDATA"] = "D:\\own\\place\\";
+    EXPECT_EQ(folder(), "D:\\own\\place");
+    // What lies below it is joined with the Windows separator.
+    EXPECT_EQ(ChooseSkin({true, false, "Dark.skn"}, "D:\\own").SkinFile,
+              "D:\\own\\skins\\Dark.skn");
 }
 #endif
 

@@ -1,6 +1,7 @@
 // skinpack: makes, lists and takes apart skin files.
 
 #include "base/Exceptions.h"
+#include "base/FileNames.h"
 #include "base/SafeFileStream.h"
 #include "skin/data.h"
 #include "skin/lzh.h"
@@ -16,6 +17,11 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
@@ -40,13 +46,13 @@ struct TFailure {
 
 Bytes ReadAll(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) throw TFailure{"cannot open " + path.string()};
+    if (!in) throw TFailure{"cannot open " + NarrowName(path)};
     return Bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
 void WriteAll(const fs::path& path, const Bytes& bytes) {
     try {
-        SaveFileSafely(path.string(), [&](TStream& Out) {
+        SaveFileSafely(NarrowName(path), [&](TStream& Out) {
             Out.WriteBuffer(bytes.data(), std::int64_t(bytes.size()));
         });
     } catch (const Exception& e) {
@@ -55,7 +61,7 @@ void WriteAll(const fs::path& path, const Bytes& bytes) {
 }
 
 int Pack(const fs::path& dir, const fs::path& out) {
-    WriteAll(out, PackSkinFile(ReadSkinFolder(dir.string())));
+    WriteAll(out, PackSkinFile(ReadSkinFolder(NarrowName(dir))));
     return 0;
 }
 
@@ -63,7 +69,7 @@ std::unique_ptr<TSkinReader> OpenSkin(const fs::path& file) {
     auto reader = std::make_unique<TSkinReader>();
     TMemoryStream source(ReadAll(file));
     if (!reader->LoadFromStream(source))
-        throw TFailure{file.string() + ": not a skin file of this format (bad mark or size)"};
+        throw TFailure{NarrowName(file) + ": not a skin file of this format (bad mark or size)"};
     return reader;
 }
 
@@ -78,9 +84,9 @@ int List(const fs::path& file) {
 int ExpandFile(const fs::path& file, const fs::path& out) {
     Bytes in = ReadAll(file);
     Bytes image;
-    if (in.size() < 4) throw TFailure{file.string() + ": shorter than its length word"};
+    if (in.size() < 4) throw TFailure{NarrowName(file) + ": shorter than its length word"};
     if (!LzhExpandFrame(in.data(), in.size(), image, SkinMaxImageSize))
-        throw TFailure{file.string() + ": declared length beyond " +
+        throw TFailure{NarrowName(file) + ": declared length beyond " +
                        std::to_string(SkinMaxImageSize) + " bytes"};
     WriteAll(out, image);
     return 0;
@@ -88,7 +94,7 @@ int ExpandFile(const fs::path& file, const fs::path& out) {
 
 int Unpack(const fs::path& file, const fs::path& dir) {
     auto reader = OpenSkin(file);
-    for (const AnsiString& name : WriteSkinFolder(*reader, dir.string()))
+    for (const AnsiString& name : WriteSkinFolder(*reader, NarrowName(dir)))
         std::cerr << "skinpack: skipping member \"" << name << "\"\n";
     return 0;
 }
@@ -169,7 +175,7 @@ int Info(const fs::path& file) {
     OpenSkin(file); // a clear error for a file of another format
     TSkinDataModel model;
     model.SkinStream = TMemoryStream(ReadAll(file));
-    if (!model.ReadSkin()) throw TFailure{file.string() + ": the skin did not load"};
+    if (!model.ReadSkin()) throw TFailure{NarrowName(file) + ": the skin did not load"};
     std::ostringstream j;
     j << "{\n  \"SkinName\": " << Quote(model.SkinName) << ",\n  \"Objects\": {\n";
     auto objects = model.Objects();
@@ -218,6 +224,11 @@ int Info(const fs::path& file) {
 } // namespace
 
 int main(int argc, char** argv) {
+#ifdef _WIN32
+    // Listings and JSON are the same bytes on every system: no carriage
+    // returns added. Names on the command line are in the ANSI code page.
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.empty()) {
         std::cerr << Usage;
@@ -239,11 +250,11 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        if (cmd == "pack") return Pack(args[1], args[2]);
-        if (cmd == "list") return List(args[1]);
-        if (cmd == "expand") return ExpandFile(args[1], args[2]);
-        if (cmd == "unpack") return Unpack(args[1], args[2]);
-        return Info(args[1]);
+        if (cmd == "pack") return Pack(NarrowPath(args[1]), NarrowPath(args[2]));
+        if (cmd == "list") return List(NarrowPath(args[1]));
+        if (cmd == "expand") return ExpandFile(NarrowPath(args[1]), NarrowPath(args[2]));
+        if (cmd == "unpack") return Unpack(NarrowPath(args[1]), NarrowPath(args[2]));
+        return Info(NarrowPath(args[1]));
     } catch (const TFailure& f) {
         std::cerr << "skinpack: " << f.Message << '\n';
     } catch (const std::exception& e) {

@@ -14,6 +14,11 @@
 #include <cstring>
 #include <string>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
 
 constexpr int ExitOk = 0;
@@ -124,6 +129,12 @@ int UsageError(const char* Message) {
 } // namespace
 
 int main(int argc, char** argv) {
+#ifdef _WIN32
+    // JSON, findings and pages are the same bytes on every system: no
+    // carriage returns added. File names arrive in the ANSI code page and
+    // are opened by it.
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     if (argc < 2) return UsageError("no command given");
     const std::string command = argv[1];
     if (command == "--help" || command == "-h" || command == "help") {
