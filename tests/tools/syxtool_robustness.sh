@@ -11,7 +11,10 @@ n=0
 for f in "$examples"/*.syx; do
   size=$(stat -c %s "$f")
   for cut in 1 2 3 7 $((size / 3)) $((size / 2)) $((size - 1)); do
-    head -c "$cut" "$f" > "$work/cut$((n++)).syx"
+    # The counter goes up here, not in the redirection: that runs in the
+    # child of the external command.
+    head -c "$cut" "$f" > "$work/cut$n.syx"
+    n=$((n + 1))
   done
 done
 cp "$syxtool" "$work/binary.syx"
