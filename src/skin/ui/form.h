@@ -15,12 +15,17 @@
 #include <QRegion>
 #include <QSize>
 #include <QTimer>
+#include <QVariant>
 #include <QWidget>
+
+#include <memory>
+#include <vector>
 
 class TSkinData;
 class TSkinManage;
 class TVeneerForm;
 class QMenu;
+class TSkinControl;
 
 // The widget that stands for the frame: it covers the form, is masked to
 // the ring around the client area, and hands paint and mouse to its form skin.
@@ -90,6 +95,17 @@ public:
     void FrameDoubleClick(QPoint P);
     void FrameLeave();
 
+    // The control skins of the form's controls, in the order they were made.
+    std::vector<std::unique_ptr<TSkinControl>> ControlList;
+    // Walks the form's controls and gives each the skin the rule picks;
+    // controls that have one keep it.
+    void AttachControls();
+    // Takes every control skin off again, and undoes what the walk set.
+    void DetachControls();
+    // The skin data changed: every control skin repaints from it.
+    void RefreshControls();
+    TSkinControl* FindControl(const QWidget* Control) const;
+
     // Least width of the resize ring, whatever the skin's border.
     static constexpr int ResizeGrip = 6;
 
@@ -121,6 +137,13 @@ private:
     void TakeFaceColour();
     void ShiftChildren(QPoint Origin);
     QPoint FChildOrigin; // where hand-placed children have been moved to
+    // Properties the control walk set, with the values they had.
+    struct TPropertyUndo {
+        QPointer<QObject> Object;
+        QByteArray Name;
+        QVariant Value;
+    };
+    std::vector<TPropertyUndo> FControlUndo;
 };
 
 // A picture of a window as the screen shows it: what its outline cuts away
