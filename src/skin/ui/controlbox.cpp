@@ -87,7 +87,8 @@ void TSkinGroupBox::Paint(QPainter& Painter, const QRect& R) {
     const QRect caption(right ? R.right() - 8 - tw - 2 : R.left() + 8, 0, tw + 4, captionHeight);
     Painter.fillRect(caption, Face());
     Painter.setFont(box->font());
-    Painter.setPen(SkinColor(box->isEnabled() ? Skin->WindowText : Skin->ButtonShadow));
+    Painter.setPen(box->palette().color(box->isEnabled() ? QPalette::Active : QPalette::Disabled,
+                                        QPalette::WindowText));
     Painter.drawText(caption, Qt::AlignCenter, text);
 }
 
@@ -212,8 +213,13 @@ void TSkinComBox::AfterProc(QObject* Target, QEvent* Event) {
         return;
     }
     if (IsPointerEvent(Event->type())) {
-        if (Event->type() == QEvent::Enter) MouseState |= msHover;
-        if (Event->type() == QEvent::Leave && !Control()->underMouse()) MouseState = 0;
+        switch (Event->type()) {
+        case QEvent::Enter: MouseState |= msHover; break;
+        case QEvent::Leave: MouseState = 0; break;
+        case QEvent::MouseButtonPress: MouseState |= msPressed; break;
+        case QEvent::MouseButtonRelease: MouseState &= ~msPressed; break;
+        default: break;
+        }
         Repaint();
         return;
     }
@@ -225,7 +231,7 @@ void TSkinComBox::PaintButton(QPainter& Painter, const QRect& R) {
     Dropped = false;
     for (QWidget* popup : combo->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
         if (popup->isWindow() && popup->isVisible()) Dropped = true;
-    const bool pressed = Dropped || (LeftDown() && combo->underMouse());
+    const bool pressed = Dropped || (MouseState & msPressed) != 0;
     const int frame = ComboFrame(pressed, combo->underMouse() || (MouseState & msHover), combo->isEnabled());
     // Right to left takes the mirrored strip.
     const TDataSkinObject* strip = combo->layoutDirection() == Qt::RightToLeft && Skin->SunkEdge
@@ -292,7 +298,7 @@ void TSkinStatusBar::Paint(QPainter& Painter, const QRect& R) {
     const QString message = bar->currentMessage();
     if (!message.isEmpty()) {
         Painter.setFont(bar->font());
-        Painter.setPen(SkinColor(Skin->WindowText));
+        Painter.setPen(bar->palette().color(QPalette::WindowText));
         Painter.drawText(R.adjusted(4, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft, message);
     }
 }
@@ -340,7 +346,7 @@ void TSkinProgress::Paint(QPainter& Painter, const QRect& R) {
     Painter.drawImage(R.topLeft(), ToDenseQImage(work, clNone, bar->devicePixelRatioF()));
     if (bar->isTextVisible() && !vertical) {
         Painter.setFont(bar->font());
-        Painter.setPen(SkinColor(Skin->WindowText));
+        Painter.setPen(bar->palette().color(QPalette::WindowText));
         Painter.drawText(R, Qt::AlignCenter, bar->text());
     }
 }

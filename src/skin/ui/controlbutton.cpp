@@ -275,7 +275,9 @@ void TSkinCheckBox::Paint(QPainter& Painter, const QRect& R) {
     text.remove(QLatin1Char('&'));
     if (text.isEmpty()) return;
     Painter.setFont(button->font());
-    Painter.setPen(SkinColor(Enabled ? Skin->WindowText : Skin->ButtonShadow));
+    // The text in the control's own colour, which the window palette sets.
+    Painter.setPen(button->palette().color(Enabled ? QPalette::Active : QPalette::Disabled,
+                                           QPalette::WindowText));
     QRect area = rightBox ? QRect(R.left(), R.top(), R.width() - cw - 2, R.height())
                           : QRect(R.left() + cw + 2, R.top(), R.width() - cw - 2, R.height());
     const int flags = Qt::AlignVCenter | (rightBox ? Qt::AlignRight : Qt::AlignLeft) |
