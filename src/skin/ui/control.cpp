@@ -46,7 +46,24 @@ void TSkinControl::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor,
     State = scsRunning;
 }
 
+void TSkinControl::SetPaletteColour(QPalette::ColorRole Role, const QColor& Colour) {
+    if (!FControl) return;
+    SavePalette();
+    QPalette palette = FControl->palette();
+    palette.setColor(Role, Colour);
+    FControl->setPalette(palette);
+}
+
 void TSkinControl::TakeColour() {
+    SavePalette();
+    if (FSaveColor.isValid()) FControl->setProperty("Color", uint(FromQColor(Face())));
+    QPalette palette = FControl->palette();
+    palette.setColor(QPalette::Window, Face());
+    palette.setColor(QPalette::Button, Face());
+    FControl->setPalette(palette);
+}
+
+void TSkinControl::SavePalette() {
     if (!FSaved) {
         FSavePaletteSet = FControl->testAttribute(Qt::WA_SetPalette);
         FSavePalette = FControl->palette();
@@ -55,11 +72,6 @@ void TSkinControl::TakeColour() {
             FSaveColor = FControl->property("Color");
         FSaved = true;
     }
-    if (FSaveColor.isValid()) FControl->setProperty("Color", uint(FromQColor(Face())));
-    QPalette palette = FControl->palette();
-    palette.setColor(QPalette::Window, Face());
-    palette.setColor(QPalette::Button, Face());
-    FControl->setPalette(palette);
 }
 
 void TSkinControl::Unsubclass() {

@@ -83,6 +83,8 @@ protected:
     void Watch(QWidget* Extra);
     // Sets an attribute for the skin's lifetime.
     void KeepAttribute(QWidget* Widget, Qt::WidgetAttribute Attribute, bool On);
+    // One colour of the control's palette for the skin's lifetime.
+    void SetPaletteColour(QPalette::ColorRole Role, const QColor& Colour);
     // Fills with the skin's face colour.
     QColor Face() const;
     QColor SkinColor(unsigned Colour) const;
@@ -120,6 +122,7 @@ private:
     std::vector<std::pair<const TMemoryBitmap*, QImage>> FStrips; // strips as images
 
     void TakeColour();
+    void SavePalette();
 };
 
 // ---- buttons
@@ -246,6 +249,7 @@ private:
 class TSkinStatusBar : public TSkinControl {
     Q_OBJECT
 public:
+    void InitSkin(TVeneerForm* Form, TSkinData* Data, bool OwnColor, QWidget* Control) override;
     bool BeforeProc(QObject* Target, QEvent* Event) override;
     void Paint(QPainter& Painter, const QRect& R) override;
     bool CanPaint() const override;

@@ -268,6 +268,13 @@ void TSkinComBox::Paint(QPainter& Painter, const QRect& R) {
 
 // ---- TSkinStatusBar
 
+void TSkinStatusBar::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor,
+                              QWidget* AControl) {
+    TSkinControl::InitSkin(AForm, Data, AOwnColor, AControl);
+    // The panels' texts stand on the skin's edges, in the skin's text colour.
+    if (AControl && CanPaint()) SetPaletteColour(QPalette::WindowText, SkinColor(Data->WindowText));
+}
+
 bool TSkinStatusBar::CanPaint() const {
     return Skin && Skin->StatusBarEdges && !Skin->StatusBarEdges->Map.Empty();
 }
@@ -298,7 +305,7 @@ void TSkinStatusBar::Paint(QPainter& Painter, const QRect& R) {
     const QString message = bar->currentMessage();
     if (!message.isEmpty()) {
         Painter.setFont(bar->font());
-        Painter.setPen(bar->palette().color(QPalette::WindowText));
+        Painter.setPen(SkinColor(Skin->WindowText));
         Painter.drawText(R.adjusted(4, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft, message);
     }
 }

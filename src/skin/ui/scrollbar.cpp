@@ -64,6 +64,11 @@ bool TWScrollbar::Disabled() const {
     return !FBar->isEnabled() || FBar->maximum() <= FBar->minimum();
 }
 
+void TWScrollbar::SkinChanged() {
+    FWork = QImage();
+    if (FBar) FBar->update();
+}
+
 void TWScrollbar::SetZone(int Value) {
     if (Zone == Value) return;
     Zone = Value;
@@ -173,7 +178,7 @@ void TSkinScrollbar::Unsubclass() {
 void TSkinScrollbar::SkinChange() {
     TSkinControl::SkinChange();
     for (TWScrollbar* bar : {FHorz.get(), FVert.get()})
-        if (bar && bar->Bar()) bar->Bar()->update();
+        if (bar) bar->SkinChanged();
 }
 
 bool TSkinScrollbar::HasAfter(QObject* Target, QEvent::Type Type) const {
@@ -238,4 +243,9 @@ void TSkinScControl::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColo
 void TSkinScControl::Unsubclass() {
     if (State != scsGone) FBar.reset();
     TSkinControl::Unsubclass();
+}
+
+void TSkinScControl::SkinChange() {
+    TSkinControl::SkinChange();
+    if (FBar) FBar->SkinChanged();
 }

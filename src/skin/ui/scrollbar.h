@@ -26,6 +26,8 @@ public:
     TScrollBarGeometry Geometry() const;
     bool Disabled() const;
     void Paint(QPainter& Painter);
+    // The skin changed: the kept picture is stale.
+    void SkinChanged();
 
     int Mode;
     int Zone = szNone;
@@ -83,6 +85,7 @@ class TSkinScControl : public TSkinControl {
 public:
     void InitSkin(TVeneerForm* Form, TSkinData* Data, bool OwnColor, QWidget* Control) override;
     void Unsubclass() override;
+    void SkinChange() override;
     TWScrollbar* Bar() const { return FBar.get(); }
 
 private:
