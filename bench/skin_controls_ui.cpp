@@ -82,10 +82,14 @@ struct TDialog {
             grid->addWidget(W, n / 5, n % 5);
             ++n;
         };
-        for (int i = 0; i < 15; ++i) put(new QPushButton(QStringLiteral("Button %1").arg(i)));
-        for (int i = 0; i < 10; ++i) put(new QCheckBox(QStringLiteral("Check %1").arg(i)));
-        for (int i = 0; i < 5; ++i) put(new QRadioButton(QStringLiteral("Radio %1").arg(i)));
-        for (int i = 0; i < 8; ++i) put(new QLineEdit(QStringLiteral("Edit %1").arg(i)));
+        for (int i = 0; i < 15; ++i)
+            put(new QPushButton(QStringLiteral("Button %1").arg(i)));
+        for (int i = 0; i < 10; ++i)
+            put(new QCheckBox(QStringLiteral("Check %1").arg(i)));
+        for (int i = 0; i < 5; ++i)
+            put(new QRadioButton(QStringLiteral("Radio %1").arg(i)));
+        for (int i = 0; i < 8; ++i)
+            put(new QLineEdit(QStringLiteral("Edit %1").arg(i)));
         for (int i = 0; i < 5; ++i) {
             auto* c = new QComboBox;
             c->addItems({"One", "Two", "Three"});
@@ -96,9 +100,11 @@ struct TDialog {
             p->setValue(30 * i + 10);
             put(p);
         }
-        for (int i = 0; i < 3; ++i) put(new QGroupBox(QStringLiteral("Group %1").arg(i)));
+        for (int i = 0; i < 3; ++i)
+            put(new QGroupBox(QStringLiteral("Group %1").arg(i)));
         auto* list = new QListWidget;
-        for (int i = 0; i < 50; ++i) list->addItem(QStringLiteral("Row %1").arg(i));
+        for (int i = 0; i < 50; ++i)
+            list->addItem(QStringLiteral("Row %1").arg(i));
         put(list);
         Window.resize(700, 420);
         ShowWindow(Window, Skinned);
@@ -107,7 +113,8 @@ struct TDialog {
 
 void BM_Dialog50(benchmark::State& State) {
     TDialog dialog(State.range(0) != 0);
-    for (auto _ : State) dialog.Client->repaint();
+    for (auto _ : State)
+        dialog.Client->repaint();
     State.counters["controls"] = 50;
 }
 BENCHMARK(BM_Dialog50)->ArgName("skinned")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
@@ -122,7 +129,8 @@ struct TTreeWindow {
             TWgTreeItems& items = Tree->Items();
             for (int i = 0; i < 500; ++i) {
                 TWgTreeItem* top = items.AddChild(nullptr, u"Top row with some text");
-                for (int j = 0; j < 9; ++j) items.AddChild(top, u"A child row of the tree list");
+                for (int j = 0; j < 9; ++j)
+                    items.AddChild(top, u"A child row of the tree list");
                 top->SetExpanded(true);
             }
         }

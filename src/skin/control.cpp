@@ -31,10 +31,14 @@ int CheckCell(int Cells, int State, bool Disabled, bool Pressed) {
         // The long strip has a cell for each look.
         if (Pressed) return Disabled ? 12 : 9;
         switch (cell) {
-        case 2: return 5;
-        case 3: return 4;
-        case 4: return 8;
-        default: return cell;
+        case 2:
+            return 5;
+        case 3:
+            return 4;
+        case 4:
+            return 8;
+        default:
+            return cell;
         }
     }
     if (Pressed) cell = 4;

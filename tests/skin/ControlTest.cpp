@@ -12,12 +12,10 @@ TEST(SkinControlRules, ButtonFrames) {
         bool Focused, Default, Pressed, Hover, Enabled;
         int Frame;
     } cases[] = {
-        {false, false, false, false, true, 1},
-        {true, false, false, false, true, 5},
-        {false, true, false, false, true, 5},
-        {false, false, false, true, true, 4},
-        {true, false, false, true, true, 4}, // hover over focus
-        {true, true, true, true, true, 2},   // pressed over all but disabled
+        {false, false, false, false, true, 1}, {true, false, false, false, true, 5},
+        {false, true, false, false, true, 5},  {false, false, false, true, true, 4},
+        {true, false, false, true, true, 4},   // hover over focus
+        {true, true, true, true, true, 2},     // pressed over all but disabled
         {false, true, false, false, false, 3}, // a disabled default button
         {true, false, true, true, false, 3},
     };
@@ -41,10 +39,10 @@ TEST(SkinControlRules, CheckCells) {
         {4, cbsUnchecked, false, false, 1}, {4, cbsChecked, false, false, 2},
         {4, cbsUnchecked, true, false, 3},  {4, cbsChecked, true, false, 4},
         {4, cbsUnchecked, false, true, 4},  {4, cbsGrayed, true, false, 4}, // capped to the strip
-        {8, cbsGrayed, true, false, 6},
-        {12, cbsUnchecked, false, false, 1}, {12, cbsChecked, false, false, 5},
-        {12, cbsUnchecked, true, false, 4},  {12, cbsGrayed, false, false, 8},
-        {12, cbsChecked, false, true, 9},    {12, cbsChecked, true, true, 12},
+        {8, cbsGrayed, true, false, 6},     {12, cbsUnchecked, false, false, 1},
+        {12, cbsChecked, false, false, 5},  {12, cbsUnchecked, true, false, 4},
+        {12, cbsGrayed, false, false, 8},   {12, cbsChecked, false, true, 9},
+        {12, cbsChecked, true, true, 12},
     };
     for (auto& c : cases)
         EXPECT_EQ(CheckCell(c.Cells, c.State, c.Disabled, c.Pressed), c.Cell)
@@ -60,9 +58,9 @@ TEST(SkinControlRules, ComboUpDownAndProgress) {
     EXPECT_EQ(UpDownCell(1, 2), 6);
     EXPECT_EQ(UpDownCell(1, 4), 8);
     EXPECT_EQ(ProgressFill(200, 0, 100, 25), 50);
-    EXPECT_EQ(ProgressFill(200, 10, 20, 5), 0);    // below the range
-    EXPECT_EQ(ProgressFill(200, 10, 20, 99), 200); // above it
-    EXPECT_EQ(ProgressFill(200, 5, 5, 5), 0);      // no range
+    EXPECT_EQ(ProgressFill(200, 10, 20, 5), 0);                   // below the range
+    EXPECT_EQ(ProgressFill(200, 10, 20, 99), 200);                // above it
+    EXPECT_EQ(ProgressFill(200, 5, 5, 5), 0);                     // no range
     EXPECT_EQ(ProgressFill(100, -2147483647, 2147483647, 0), 50); // no overflow
 }
 
@@ -72,9 +70,9 @@ TEST(SkinControlRules, ScrollZones) {
     struct {
         int P;
         TScrollZone Zone;
-    } cases[] = {{0, szFirstArrow},  {16, szFirstArrow}, {17, szPageBefore}, {39, szPageBefore},
-                 {40, szThumb},      {59, szThumb},      {60, szPageAfter},  {82, szPageAfter},
-                 {83, szLastArrow},  {99, szLastArrow}};
+    } cases[] = {{0, szFirstArrow}, {16, szFirstArrow}, {17, szPageBefore}, {39, szPageBefore},
+                 {40, szThumb},     {59, szThumb},      {60, szPageAfter},  {82, szPageAfter},
+                 {83, szLastArrow}, {99, szLastArrow}};
     for (auto& c : cases) {
         EXPECT_EQ(ZoneAt(bar, {c.P, 5}), c.Zone) << c.P;
         TScrollBarGeometry vertical = bar;

@@ -41,8 +41,8 @@ namespace {
 
 // The states of the columns.
 enum TGalleryState { gsNormal, gsHover, gsPressed, gsFocused, gsDisabled, gsChecked, gsCount };
-const char* const StateNames[gsCount] = {"normal", "hover", "pressed", "focused", "disabled",
-                                         "checked"};
+const char* const StateNames[gsCount] = {"normal",  "hover",    "pressed",
+                                         "focused", "disabled", "checked"};
 
 // The picture of an open menu of the skin, to the right of the window.
 // MENU: the menu skin's picture function goes here; until then no menu.
@@ -81,13 +81,20 @@ struct TRow {
 void SetButton(QWidget* W, TGalleryState S) {
     auto* b = static_cast<QAbstractButton*>(W);
     switch (S) {
-    case gsHover: SendEnter(b); break;
-    case gsPressed: b->setDown(true); break;
-    case gsDisabled: b->setEnabled(false); break;
+    case gsHover:
+        SendEnter(b);
+        break;
+    case gsPressed:
+        b->setDown(true);
+        break;
+    case gsDisabled:
+        b->setEnabled(false);
+        break;
     case gsChecked:
         if (b->isCheckable()) b->setChecked(true);
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -125,8 +132,7 @@ std::vector<TRow> Rows() {
              return b;
          },
          SetButton},
-        {"Check box",
-         [](QWidget* P) { return new QCheckBox("Check", P); }, SetButton},
+        {"Check box", [](QWidget* P) { return new QCheckBox("Check", P); }, SetButton},
         {"Radio button", [](QWidget* P) { return new QRadioButton("Radio", P); }, SetButton},
         {"Edit",
          [](QWidget* P) {
@@ -196,8 +202,7 @@ std::vector<TRow> Rows() {
          },
          [](QWidget* W, TGalleryState S) {
              auto* t = static_cast<QTableWidget*>(W);
-             if (S == gsHover)
-                 SendHover(t->horizontalHeader()->viewport(), QPoint(5, 5));
+             if (S == gsHover) SendHover(t->horizontalHeader()->viewport(), QPoint(5, 5));
              if (S == gsPressed) SendPress(t->horizontalHeader()->viewport(), QPoint(5, 5));
              if (S == gsDisabled) t->setEnabled(false);
          }},
@@ -283,9 +288,9 @@ int main(int argc, char** argv) {
 
     QWidget form;
     form.setWindowTitle(QStringLiteral("%1 - skin gallery")
-                            .arg(QString::fromStdString(data.SkinName.empty()
-                                                            ? QFileInfo(args[1]).baseName().toStdString()
-                                                            : data.SkinName)));
+                            .arg(QString::fromStdString(
+                                data.SkinName.empty() ? QFileInfo(args[1]).baseName().toStdString()
+                                                      : data.SkinName)));
     auto* grid = new QGridLayout(&form);
     grid->setHorizontalSpacing(10);
     for (int s = 0; s < gsCount; ++s)

@@ -7,8 +7,8 @@
 #include "skin/ui/data.h"
 #include "skin/ui/scrollbar.h"
 
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 
 #include <cmath>
 
@@ -256,32 +256,58 @@ void TSkinControl::DrawFocus(QPainter& Painter, const QRect& R) {
 
 std::unique_ptr<TSkinControl> TSkinControl::Create(TSkinClass Class) {
     switch (Class) {
-    case skTab: return std::make_unique<TSkinTab>();
-    case skTabBtn: return std::make_unique<TSkinTabBtn>();
-    case skTab31: return std::make_unique<TSkinTab31>();
-    case skTabSheet: return std::make_unique<TSkinTabSheet>();
-    case skHeader: return std::make_unique<TSkinHeader>();
-    case skCheckBox: return std::make_unique<TSkinCheckBox>();
-    case skTrackBar: return std::make_unique<TSkinTrackBar>();
-    case skUpDown: return std::make_unique<TSkinUpDown>();
-    case skMP: return std::make_unique<TSkinMP>();
-    case skRadioButton: return std::make_unique<TSkinRadioButton>();
-    case skGroupBox: return std::make_unique<TSkinGroupBox>();
-    case skBox: return std::make_unique<TSkinBox>();
-    case skObjImage: return std::make_unique<TSkinObjImage>();
-    case skStatusBar: return std::make_unique<TSkinStatusBar>();
-    case skProgress: return std::make_unique<TSkinProgress>();
-    case skScControl: return std::make_unique<TSkinScControl>();
-    case skComBox: return std::make_unique<TSkinComBox>();
-    case skEdit: return std::make_unique<TSkinEdit>();
-    case skDateTime: return std::make_unique<TSkinDateTime>();
-    case skScrollbar: return std::make_unique<TSkinScrollbar>();
-    case skBitButton: return std::make_unique<TSkinBitButton>();
-    case skSpeedButton: return std::make_unique<TSkinSpeedButton>();
-    case skButton: return std::make_unique<TSkinButton>();
-    case skListView: return std::make_unique<TSkinListView>();
-    case skMenuButton: return std::make_unique<TSkinMenuButton>();
-    case skPlusPage: return std::make_unique<TSkinPlusPage>();
+    case skTab:
+        return std::make_unique<TSkinTab>();
+    case skTabBtn:
+        return std::make_unique<TSkinTabBtn>();
+    case skTab31:
+        return std::make_unique<TSkinTab31>();
+    case skTabSheet:
+        return std::make_unique<TSkinTabSheet>();
+    case skHeader:
+        return std::make_unique<TSkinHeader>();
+    case skCheckBox:
+        return std::make_unique<TSkinCheckBox>();
+    case skTrackBar:
+        return std::make_unique<TSkinTrackBar>();
+    case skUpDown:
+        return std::make_unique<TSkinUpDown>();
+    case skMP:
+        return std::make_unique<TSkinMP>();
+    case skRadioButton:
+        return std::make_unique<TSkinRadioButton>();
+    case skGroupBox:
+        return std::make_unique<TSkinGroupBox>();
+    case skBox:
+        return std::make_unique<TSkinBox>();
+    case skObjImage:
+        return std::make_unique<TSkinObjImage>();
+    case skStatusBar:
+        return std::make_unique<TSkinStatusBar>();
+    case skProgress:
+        return std::make_unique<TSkinProgress>();
+    case skScControl:
+        return std::make_unique<TSkinScControl>();
+    case skComBox:
+        return std::make_unique<TSkinComBox>();
+    case skEdit:
+        return std::make_unique<TSkinEdit>();
+    case skDateTime:
+        return std::make_unique<TSkinDateTime>();
+    case skScrollbar:
+        return std::make_unique<TSkinScrollbar>();
+    case skBitButton:
+        return std::make_unique<TSkinBitButton>();
+    case skSpeedButton:
+        return std::make_unique<TSkinSpeedButton>();
+    case skButton:
+        return std::make_unique<TSkinButton>();
+    case skListView:
+        return std::make_unique<TSkinListView>();
+    case skMenuButton:
+        return std::make_unique<TSkinMenuButton>();
+    case skPlusPage:
+        return std::make_unique<TSkinPlusPage>();
     }
     return nullptr;
 }

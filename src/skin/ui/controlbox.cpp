@@ -146,10 +146,10 @@ void TSkinEdit::PaintArrows(QWidget* Target) {
     option.frame = spin->hasFrame();
     option.buttonSymbols = spin->buttonSymbols();
     option.stepEnabled = QAbstractSpinBox::StepUpEnabled | QAbstractSpinBox::StepDownEnabled;
-    const QRect up = spin->style()->subControlRect(QStyle::CC_SpinBox, &option,
-                                                   QStyle::SC_SpinBoxUp, spin);
-    const QRect down = spin->style()->subControlRect(QStyle::CC_SpinBox, &option,
-                                                     QStyle::SC_SpinBoxDown, spin);
+    const QRect up =
+        spin->style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxUp, spin);
+    const QRect down =
+        spin->style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxDown, spin);
     const QPoint p = PointerIn(spin);
     QPainter painter(spin);
     const TDataSkinBorder& strip = *Skin->UpDownVert;
@@ -178,8 +178,7 @@ void TSkinEdit::PaintArrows(QWidget* Target) {
 
 // ---- TSkinComBox
 
-void TSkinComBox::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor,
-                           QWidget* AControl) {
+void TSkinComBox::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor, QWidget* AControl) {
     TSkinControl::InitSkin(AForm, Data, AOwnColor, AControl);
     if (auto* combo = qobject_cast<QComboBox*>(AControl); combo && combo->lineEdit())
         Watch(combo->lineEdit()); // its presses show on the button
@@ -214,11 +213,20 @@ void TSkinComBox::AfterProc(QObject* Target, QEvent* Event) {
     }
     if (IsPointerEvent(Event->type())) {
         switch (Event->type()) {
-        case QEvent::Enter: MouseState |= msHover; break;
-        case QEvent::Leave: MouseState = 0; break;
-        case QEvent::MouseButtonPress: MouseState |= msPressed; break;
-        case QEvent::MouseButtonRelease: MouseState &= ~msPressed; break;
-        default: break;
+        case QEvent::Enter:
+            MouseState |= msHover;
+            break;
+        case QEvent::Leave:
+            MouseState = 0;
+            break;
+        case QEvent::MouseButtonPress:
+            MouseState |= msPressed;
+            break;
+        case QEvent::MouseButtonRelease:
+            MouseState &= ~msPressed;
+            break;
+        default:
+            break;
         }
         Repaint();
         return;
@@ -232,7 +240,8 @@ void TSkinComBox::PaintButton(QPainter& Painter, const QRect& R) {
     for (QWidget* popup : combo->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
         if (popup->isWindow() && popup->isVisible()) Dropped = true;
     const bool pressed = Dropped || (MouseState & msPressed) != 0;
-    const int frame = ComboFrame(pressed, combo->underMouse() || (MouseState & msHover), combo->isEnabled());
+    const int frame =
+        ComboFrame(pressed, combo->underMouse() || (MouseState & msHover), combo->isEnabled());
     // Right to left takes the mirrored strip.
     const TDataSkinObject* strip = combo->layoutDirection() == Qt::RightToLeft && Skin->SunkEdge
                                        ? Skin->SunkEdge.get()
@@ -257,8 +266,8 @@ void TSkinComBox::Paint(QPainter& Painter, const QRect& R) {
         text.setLeft(text.left() + s.width() + 4);
     }
     Painter.setFont(combo->font());
-    Painter.setPen(combo->palette().color(combo->isEnabled() ? QPalette::Active : QPalette::Disabled,
-                                          QPalette::Text));
+    Painter.setPen(combo->palette().color(
+        combo->isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Text));
     const QString shown =
         QFontMetrics(combo->font()).elidedText(combo->currentText(), Qt::ElideRight, text.width());
     Painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft, shown);
@@ -406,13 +415,11 @@ void TSkinTrackBar::Paint(QPainter& Painter, const QRect&) {
     if (track && !track->Map.Empty()) {
         // The channel keeps the image's thickness, centred on the groove.
         const int thick = vertical ? track->Map.Width() : track->Map.Height();
-        const QRect channel = vertical ? QRect(groove.center().x() - thick / 2, groove.top(),
-                                               thick, groove.height())
-                                       : QRect(groove.left(), groove.center().y() - thick / 2,
-                                               groove.width(), thick);
+        const QRect channel =
+            vertical ? QRect(groove.center().x() - thick / 2, groove.top(), thick, groove.height())
+                     : QRect(groove.left(), groove.center().y() - thick / 2, groove.width(), thick);
         if (!channel.isEmpty())
-            Painter.drawImage(channel.topLeft(),
-                              FaceImage(track, 1, channel.size(), ratio, false));
+            Painter.drawImage(channel.topLeft(), FaceImage(track, 1, channel.size(), ratio, false));
     }
     const QSlider::TickPosition ticks = slider->tickPosition();
     const TDataSkinObject* thumb;
@@ -433,7 +440,8 @@ void TSkinTrackBar::Paint(QPainter& Painter, const QRect&) {
     const bool hover = handle.contains(PointerIn(slider));
     const int frame =
         ButtonFrame(slider->hasFocus(), false, slider->isSliderDown(), hover, slider->isEnabled());
-    DrawCell(Painter, QRect(handle.center().x() - tw / 2 + 1, handle.center().y() - th / 2 + 1, tw, th),
+    DrawCell(Painter,
+             QRect(handle.center().x() - tw / 2 + 1, handle.center().y() - th / 2 + 1, tw, th),
              thumb->Map, std::min(frame, frames), frames);
 }
 

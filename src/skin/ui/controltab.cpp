@@ -57,12 +57,19 @@ QImage TabFace(const TDataSkinObject* Object, int Frame, QSize Size, QTabBar::Sh
     PaintFace(work, Object, Frame);
     switch (Shape) {
     case QTabBar::RoundedSouth:
-    case QTabBar::TriangularSouth: MirrorVert(work); break;
+    case QTabBar::TriangularSouth:
+        MirrorVert(work);
+        break;
     case QTabBar::RoundedWest:
-    case QTabBar::TriangularWest: Rotate90(work); break;
+    case QTabBar::TriangularWest:
+        Rotate90(work);
+        break;
     case QTabBar::RoundedEast:
-    case QTabBar::TriangularEast: Rotate270(work); break;
-    default: break;
+    case QTabBar::TriangularEast:
+        Rotate270(work);
+        break;
+    default:
+        break;
     }
     return ToDenseQImage(work, IsMagenta(Ground) ? 0xFF00FF : clNone, Ratio);
 }
@@ -149,7 +156,8 @@ void TSkinTab::PaintTabs(QWidget* Widget) {
         // Text and icon, centred; room on the right for a close button.
         QRect text = r.adjusted(4, 2, -4, 0);
         if (QWidget* close = bar->tabButton(i, QTabBar::RightSide)) text.setRight(close->x() - 2);
-        if (QWidget* left = bar->tabButton(i, QTabBar::LeftSide)) text.setLeft(left->geometry().right() + 2);
+        if (QWidget* left = bar->tabButton(i, QTabBar::LeftSide))
+            text.setLeft(left->geometry().right() + 2);
         const QIcon icon = bar->tabIcon(i);
         const QString label = bar->tabText(i).remove(QLatin1Char('&'));
         const QFontMetrics fm(bar->font());
@@ -188,8 +196,8 @@ void TSkinTabBtn::PaintTabs(QWidget* Widget) {
         if (r.isEmpty()) continue;
         int frame = i == bar->currentIndex() ? 2 : (i == FHot ? 4 : 1);
         if (!bar->isTabEnabled(i)) frame = 3;
-        painter.drawImage(r.topLeft(),
-                          TabFace(Skin->Buttons.get(), frame, r.size(), QTabBar::RoundedNorth, face, ratio));
+        painter.drawImage(r.topLeft(), TabFace(Skin->Buttons.get(), frame, r.size(),
+                                               QTabBar::RoundedNorth, face, ratio));
         painter.setPen(SkinColor(frame == 3 ? Skin->ButtonShadow : Skin->ButtonText));
         painter.drawText(r, Qt::AlignCenter, bar->tabText(i).remove(QLatin1Char('&')));
     }
@@ -208,8 +216,7 @@ bool TSkinTabSheet::BeforeProc(QObject* Target, QEvent* Event) {
 
 // ---- TSkinHeader
 
-void TSkinHeader::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor,
-                           QWidget* AControl) {
+void TSkinHeader::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor, QWidget* AControl) {
     TSkinControl::InitSkin(AForm, Data, AOwnColor, AControl);
     // Sections are painted on the header's viewport.
     if (auto* header = qobject_cast<QHeaderView*>(AControl)) {
@@ -270,7 +277,8 @@ void TSkinHeader::Paint(QPainter& Painter, const QRect& R) {
         if (header->isSectionHidden(logical)) continue;
         const int pos = header->sectionViewportPosition(logical);
         const int size = header->sectionSize(logical);
-        const QRect r = horizontal ? QRect(pos, 0, size, R.height()) : QRect(0, pos, R.width(), size);
+        const QRect r =
+            horizontal ? QRect(pos, 0, size, R.height()) : QRect(0, pos, R.width(), size);
         if (!r.intersects(R)) continue;
         int frame = logical == FPressed ? 2 : (r.contains(pointer) ? 4 : 1);
         if (!header->isEnabled()) frame = 3;
@@ -286,8 +294,8 @@ void TSkinHeader::Paint(QPainter& Painter, const QRect& R) {
             // The sort mark at the right: up for ascending.
             const int x = tr.right() - 7, y = r.center().y();
             const bool up = header->sortIndicatorOrder() == Qt::AscendingOrder;
-            const QPoint mark[] = {{x, up ? y + 2 : y - 2}, {x + 7, up ? y + 2 : y - 2},
-                                   {x + 3, up ? y - 2 : y + 2}};
+            const QPoint mark[] = {
+                {x, up ? y + 2 : y - 2}, {x + 7, up ? y + 2 : y - 2}, {x + 3, up ? y - 2 : y + 2}};
             Painter.save();
             Painter.setBrush(Painter.pen().color());
             Painter.drawPolygon(mark, 3);

@@ -151,7 +151,8 @@ std::vector<AnsiString> FrameworkClasses(const QWidget* W) {
 std::vector<QWidget*> ControlChildren(const QWidget* W) {
     std::vector<QWidget*> out;
     if (auto* tabs = qobject_cast<const QTabWidget*>(W)) {
-        for (int i = 0; i < tabs->count(); ++i) out.push_back(tabs->widget(i));
+        for (int i = 0; i < tabs->count(); ++i)
+            out.push_back(tabs->widget(i));
         return out;
     }
     if (auto* area = qobject_cast<const QScrollArea*>(W)) {
@@ -174,9 +175,9 @@ std::unique_ptr<TWidgetDesc> DescribeControl(QWidget* W) {
     d->Widget = W;
     d->Classes = FrameworkClasses(W);
     d->Tag = TagOf(W);
-    d->Windowed = std::find(d->Classes.begin(), d->Classes.end(), "TGraphicControl") ==
-                      d->Classes.end() &&
-                  !d->Is("TSpeedButton") && !d->Is("TToolButton");
+    d->Windowed =
+        std::find(d->Classes.begin(), d->Classes.end(), "TGraphicControl") == d->Classes.end() &&
+        !d->Is("TSpeedButton") && !d->Is("TToolButton");
     d->HasParent = W->parentWidget() != nullptr;
     d->ScrollStyle = qobject_cast<QAbstractScrollArea*>(W) || HoldsScrollBars(W);
     if (auto* edit = qobject_cast<QLineEdit*>(W)) d->FramedClient = edit->hasFrame();
@@ -199,7 +200,8 @@ std::unique_ptr<TWidgetDesc> DescribeControl(QWidget* W) {
 
 void FlattenDesc(TWidgetDesc& Root, std::vector<TWidgetDesc*>& Out) {
     Out.push_back(&Root);
-    for (auto& child : Root.Owned) FlattenDesc(*child, Out);
+    for (auto& child : Root.Owned)
+        FlattenDesc(*child, Out);
 }
 
 // ---- the walk of a form
@@ -216,7 +218,8 @@ void TVeneerForm::AttachControls() {
     std::vector<TWidgetDesc*> all;
     FlattenDesc(*root, all);
     std::unordered_map<const TControlDesc*, TWidgetDesc*> byDesc;
-    for (TWidgetDesc* d : all) byDesc[d] = d;
+    for (TWidgetDesc* d : all)
+        byDesc[d] = d;
 
     TSkinContext context = SkinContextOf(*FSkin);
     context.FormSkin = FormSkin;
@@ -231,7 +234,8 @@ void TVeneerForm::AttachControls() {
     // The form itself keeps the face colour its form skin gave it; the walk
     // covers what it holds.
     for (std::size_t i = 1; i < all.size(); ++i) {
-        for (TWidgetDesc* d : all) d->Skinned = d->Widget && FindControl(d->Widget);
+        for (TWidgetDesc* d : all)
+            d->Skinned = d->Widget && FindControl(d->Widget);
         for (const TSkinStep& step : DecideControlSkin(*all[i], context)) {
             auto it = byDesc.find(step.Control);
             QWidget* w = it != byDesc.end() ? it->second->Widget.data() : nullptr;
@@ -242,7 +246,8 @@ void TVeneerForm::AttachControls() {
                 std::unique_ptr<TSkinControl> skin = TSkinControl::Create(step.Skin);
                 if (!skin) break;
                 skin->Member = step.SubKind;
-                if (auto* bar = dynamic_cast<TSkinScrollbar*>(skin.get())) bar->Single = step.Single;
+                if (auto* bar = dynamic_cast<TSkinScrollbar*>(skin.get()))
+                    bar->Single = step.Single;
                 if (auto* bit = dynamic_cast<TSkinBitButton*>(skin.get()))
                     bit->PngGlyph = step.PngGlyph;
                 TSkinControl* raw = skin.get();
@@ -284,7 +289,8 @@ void TVeneerForm::AttachControls() {
 
 void TVeneerForm::DetachControls() {
     // Last made, first undone.
-    for (auto it = ControlList.rbegin(); it != ControlList.rend(); ++it) (*it)->Unsubclass();
+    for (auto it = ControlList.rbegin(); it != ControlList.rend(); ++it)
+        (*it)->Unsubclass();
     ControlList.clear();
     for (auto it = FControlUndo.rbegin(); it != FControlUndo.rend(); ++it)
         if (it->Object) it->Object->setProperty(it->Name.constData(), it->Value);

@@ -47,7 +47,8 @@ TScrollBarGeometry TWScrollbar::Geometry() const {
     o.upsideDown = FBar->invertedAppearance();
     if (o.orientation == Qt::Horizontal) o.state |= QStyle::State_Horizontal;
     QStyle* style = FBar->style();
-    const QRect sub = style->subControlRect(QStyle::CC_ScrollBar, &o, QStyle::SC_ScrollBarSubLine, FBar);
+    const QRect sub =
+        style->subControlRect(QStyle::CC_ScrollBar, &o, QStyle::SC_ScrollBarSubLine, FBar);
     const QRect thumb =
         style->subControlRect(QStyle::CC_ScrollBar, &o, QStyle::SC_ScrollBarSlider, FBar);
     TScrollBarGeometry g;
@@ -105,8 +106,9 @@ bool TWScrollbar::eventFilter(QObject* Watched, QEvent* Event) {
     }
     case QEvent::HoverMove:
         if (!Pressed)
-            SetZone(ZoneAt(Geometry(), {static_cast<QHoverEvent*>(Event)->position().toPoint().x(),
-                                        static_cast<QHoverEvent*>(Event)->position().toPoint().y()}));
+            SetZone(
+                ZoneAt(Geometry(), {static_cast<QHoverEvent*>(Event)->position().toPoint().x(),
+                                    static_cast<QHoverEvent*>(Event)->position().toPoint().y()}));
         return false;
     case QEvent::HoverLeave:
     case QEvent::Leave:

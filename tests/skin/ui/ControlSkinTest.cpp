@@ -29,6 +29,7 @@
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -53,8 +54,21 @@ TMemoryBitmap Strip(int Object, int Frames, int W, int H) {
         FillBitmapRect(b, Bounds((f - 1) * W, 0, W, H), ColorToPixel(Colour(Object, f)));
     return b;
 }
-enum { kButtons = 1, kCheck, kRadio, kScroll, kHorz, kVert, kHThumb, kVThumb, kTabs, kPane,
-       kHeader, kProgress, kStatus };
+enum {
+    kButtons = 1,
+    kCheck,
+    kRadio,
+    kScroll,
+    kHorz,
+    kVert,
+    kHThumb,
+    kVThumb,
+    kTabs,
+    kPane,
+    kHeader,
+    kProgress,
+    kStatus
+};
 
 // A small skin with every strip the control skins need.
 void LoadTestSkin(TSkinDataModel& Data) {
@@ -155,6 +169,30 @@ TEST_F(ControlSkinTest, ButtonStatesShowTheirFrames) {
     EXPECT_EQ(PixelOf(*other, corner), Colour(kButtons, 3));
 }
 
+TEST_F(ControlSkinTest, ControlsKeepTheirBehaviour) {
+    auto* button = Add<QPushButton>("Go");
+    auto* check = Add<QCheckBox>("Check");
+    auto* edit = Add<QLineEdit>();
+    auto* combo = Add<QComboBox>();
+    combo->addItems({"One", "Two"});
+    TVeneerForm* veneer = Attach(Form);
+    ASSERT_TRUE(veneer->FindControl(button) && veneer->FindControl(check) &&
+                veneer->FindControl(edit) && veneer->FindControl(combo));
+    QSignalSpy clicks(button, &QPushButton::clicked);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(clicks.count(), 1); // handled once, not once by the skin and once more
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Space);
+    EXPECT_EQ(clicks.count(), 2);
+    QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(6, check->height() / 2));
+    EXPECT_TRUE(check->isChecked());
+    QTest::keyClicks(edit, "typed");
+    EXPECT_EQ(edit->text(), "typed");
+    combo->setFocus();
+    QTest::keyClick(combo, Qt::Key_Down);
+    EXPECT_EQ(combo->currentIndex(), 1);
+}
+
 TEST_F(ControlSkinTest, CheckAndRadioCells) {
     auto* check = Add<QCheckBox>("Check");
     auto* radio = Add<QRadioButton>("Radio");
@@ -239,8 +277,7 @@ TEST_F(ControlSkinTest, ScrollBarZonesPressesAndCells) {
         EXPECT_EQ(w.Zone, c.Zone) << c.Along;
         EXPECT_TRUE(w.Pressed);
         EXPECT_EQ(bar->value(), c.Value) << c.Along;
-        if (c.Zone == szFirstArrow)
-            EXPECT_EQ(PixelOf(*bar, QPoint(1, 1)), Colour(kScroll, 2));
+        if (c.Zone == szFirstArrow) EXPECT_EQ(PixelOf(*bar, QPoint(1, 1)), Colour(kScroll, 2));
         if (c.Zone == szLastArrow)
             EXPECT_EQ(PixelOf(*bar, QPoint(bar->width() - 2, 1)), Colour(kScroll, 6));
         if (c.Zone == szThumb) {
@@ -256,7 +293,8 @@ TEST_F(ControlSkinTest, ScrollBarZonesPressesAndCells) {
 
 TEST_F(ControlSkinTest, ScrollableControlsGetBothBarsSkinned) {
     auto* list = Add<QListWidget>();
-    for (int i = 0; i < 100; ++i) list->addItem(QString(200, QLatin1Char('x')));
+    for (int i = 0; i < 100; ++i)
+        list->addItem(QString(200, QLatin1Char('x')));
     list->setFixedSize(150, 120);
     TVeneerForm* veneer = Attach(Form);
     auto* skin = dynamic_cast<TSkinScrollbar*>(veneer->FindControl(list));
@@ -278,9 +316,14 @@ struct TControlState {
     bool operator==(const TControlState&) const = default;
 };
 TControlState StateOf(QWidget* W) {
-    return {W->palette(),     W->testAttribute(Qt::WA_SetPalette), W->autoFillBackground(),
-            W->testAttribute(Qt::WA_Hover), W->font(), W->property("Tag"),
-            W->size(),        W->grab().toImage()};
+    return {W->palette(),
+            W->testAttribute(Qt::WA_SetPalette),
+            W->autoFillBackground(),
+            W->testAttribute(Qt::WA_Hover),
+            W->font(),
+            W->property("Tag"),
+            W->size(),
+            W->grab().toImage()};
 }
 
 TEST_F(ControlSkinTest, DetachLeavesEveryKindAsItWas) {
@@ -326,7 +369,8 @@ TEST_F(ControlSkinTest, DetachLeavesEveryKindAsItWas) {
     Form.show();
     QCoreApplication::processEvents();
     std::vector<TControlState> before;
-    for (QWidget* w : controls) before.push_back(StateOf(w));
+    for (QWidget* w : controls)
+        before.push_back(StateOf(w));
     Manager.Active = true;
 
     TVeneerForm* veneer = Attach(Form);

@@ -53,7 +53,8 @@ TEST(SynFormControlSkin, PicksOnTheMainWindow) {
             EXPECT_TRUE(bars->VertBar());
         }
         std::map<std::string, int> kinds;
-        for (const auto& skin : veneer->ControlList) ++kinds[skin->metaObject()->className()];
+        for (const auto& skin : veneer->ControlList)
+            ++kinds[skin->metaObject()->className()];
         EXPECT_GT(kinds["TSkinButton"] + kinds["TSkinBitButton"], 0);
         EXPECT_GT(kinds["TSkinEdit"], 0);
         // Taking the skin off takes every control skin with it.
