@@ -246,8 +246,8 @@ void TSkinComBox::PaintButton(QPainter& Painter, const QRect& R) {
     const TDataSkinObject* strip = combo->layoutDirection() == Qt::RightToLeft && Skin->SunkEdge
                                        ? Skin->SunkEdge.get()
                                        : Skin->ComboButton.get();
-    Painter.drawImage(R.topLeft(),
-                      FaceImage(strip, frame, R.size(), combo->devicePixelRatioF(), false));
+    Painter.drawImage(R.topLeft(), FaceImage(strip, frame, R.size(),
+                                             Painter.device()->devicePixelRatioF(), false));
 }
 
 void TSkinComBox::Paint(QPainter& Painter, const QRect& R) {
@@ -261,7 +261,7 @@ void TSkinComBox::Paint(QPainter& Painter, const QRect& R) {
     if (!icon.isNull()) {
         const QSize s = combo->iconSize();
         Painter.drawPixmap(text.left(), text.center().y() - s.height() / 2 + 1,
-                           icon.pixmap(s, combo->devicePixelRatioF(),
+                           icon.pixmap(s, Painter.device()->devicePixelRatioF(),
                                        combo->isEnabled() ? QIcon::Normal : QIcon::Disabled));
         text.setLeft(text.left() + s.width() + 4);
     }
@@ -300,7 +300,7 @@ void TSkinStatusBar::Paint(QPainter& Painter, const QRect& R) {
     auto* bar = qobject_cast<QStatusBar*>(Control());
     Painter.fillRect(R, Face());
     if (!bar) return;
-    const qreal ratio = bar->devicePixelRatioF();
+    const qreal ratio = Painter.device()->devicePixelRatioF();
     const TDataSkinObject* edges = Skin->StatusBarEdges.get();
     // Each panel on the first frame of the edges, the text over it.
     for (QWidget* panel : bar->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
@@ -359,7 +359,8 @@ void TSkinProgress::Paint(QPainter& Painter, const QRect& R) {
         }
     }
     if (vertical) Rotate90(work); // the start of a vertical bar is at its foot
-    Painter.drawImage(R.topLeft(), ToDenseQImage(work, clNone, bar->devicePixelRatioF()));
+    Painter.drawImage(R.topLeft(),
+                      ToDenseQImage(work, clNone, Painter.device()->devicePixelRatioF()));
     if (bar->isTextVisible() && !vertical) {
         Painter.setFont(bar->font());
         Painter.setPen(bar->palette().color(QPalette::WindowText));
@@ -409,7 +410,7 @@ void TSkinTrackBar::Paint(QPainter& Painter, const QRect&) {
     const QRect handle =
         style->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
     const bool vertical = slider->orientation() == Qt::Vertical;
-    const qreal ratio = slider->devicePixelRatioF();
+    const qreal ratio = Painter.device()->devicePixelRatioF();
 
     const TDataSkinObject* track = vertical ? Skin->TrackVert.get() : Skin->Track.get();
     if (track && !track->Map.Empty()) {

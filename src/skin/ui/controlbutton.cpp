@@ -131,7 +131,7 @@ void TSkinButton::Paint(QPainter& Painter, const QRect& R) {
     MultiLine = multi.isValid() && multi.toBool();
     const int frame = CurrentFrame();
     Painter.drawImage(R.topLeft(), FaceImage(Skin->Buttons.get(), frame, R.size(),
-                                             w->devicePixelRatioF(), !ParentBack));
+                                             Painter.device()->devicePixelRatioF(), !ParentBack));
     PaintContents(Painter, R, frame);
 }
 

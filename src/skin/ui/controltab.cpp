@@ -135,7 +135,8 @@ void TSkinTab::Paint(QPainter& Painter, const QRect& R) {
     if (!stack) return;
     const QRect r = stack->geometry().adjusted(-2, -2, 2, 2).intersected(R);
     if (r.isEmpty()) return;
-    Painter.drawImage(r.topLeft(), FaceImage(pane, 1, r.size(), tabs->devicePixelRatioF(), false));
+    Painter.drawImage(r.topLeft(),
+                      FaceImage(pane, 1, r.size(), Painter.device()->devicePixelRatioF(), false));
 }
 
 void TSkinTab::PaintTabs(QWidget* Widget) {
@@ -143,7 +144,7 @@ void TSkinTab::PaintTabs(QWidget* Widget) {
     QPainter painter(bar);
     painter.fillRect(bar->rect(), Face());
     const TDataSkinBorder& tabs = *Skin->Tabs;
-    const qreal ratio = bar->devicePixelRatioF();
+    const qreal ratio = painter.device()->devicePixelRatioF();
     const TPixel face = ColorToPixel(FromQColor(Face()));
     painter.setFont(bar->font());
     for (int i = 0; i < bar->count(); ++i) {
@@ -189,7 +190,7 @@ void TSkinTabBtn::PaintTabs(QWidget* Widget) {
     QPainter painter(bar);
     painter.fillRect(bar->rect(), Face());
     painter.setFont(bar->font());
-    const qreal ratio = bar->devicePixelRatioF();
+    const qreal ratio = painter.device()->devicePixelRatioF();
     const TPixel face = ColorToPixel(FromQColor(Face()));
     for (int i = 0; i < bar->count(); ++i) {
         const QRect r = bar->tabRect(i).adjusted(1, 1, -1, -1);
@@ -265,7 +266,7 @@ void TSkinHeader::Paint(QPainter& Painter, const QRect& R) {
     if (!header) return;
     Painter.fillRect(R, Face());
     const TDataSkinObject* strip = Skin->Headerbar.get();
-    const qreal ratio = header->devicePixelRatioF();
+    const qreal ratio = Painter.device()->devicePixelRatioF();
     const TPixel face = ColorToPixel(FromQColor(Face()));
     const bool horizontal = header->orientation() == Qt::Horizontal;
     const QPoint pointer = header->viewport()->underMouse()

@@ -79,7 +79,7 @@ void TWScrollbar::SetZone(int Value) {
 void TWScrollbar::Paint(QPainter& Painter) {
     const TScrollBarGeometry g = Geometry();
     const bool disabled = Disabled();
-    const qreal ratio = FBar->devicePixelRatioF();
+    const qreal ratio = Painter.device()->devicePixelRatioF();
     // The picture depends on nothing else, so an unchanged bar is one copy.
     quint64 key = 1469598103934665603ull;
     for (int v : {g.BarLength, g.ArrowSize, g.ThumbTop, g.ThumbBottom, FBar->width(),

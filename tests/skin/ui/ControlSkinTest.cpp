@@ -24,12 +24,12 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -191,6 +191,29 @@ TEST_F(ControlSkinTest, ControlsKeepTheirBehaviour) {
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Down);
     EXPECT_EQ(combo->currentIndex(), 1);
+}
+
+TEST_F(ControlSkinTest, PiecesAreWholeAtRatioTwo) {
+    auto* button = Add<QPushButton>("Go");
+    auto* bar = Add<QScrollBar>(Qt::Horizontal);
+    bar->setRange(0, 100);
+    bar->setFixedWidth(200);
+    Attach(Form);
+    // Rendered at twice the density: every device pixel of the face edge
+    // is the frame's, to the last one (no seam, no half pixel).
+    for (QWidget* w : {static_cast<QWidget*>(button), static_cast<QWidget*>(bar)}) {
+        QImage image(w->size() * 2, QImage::Format_ARGB32);
+        image.setDevicePixelRatio(2);
+        image.fill(Qt::black);
+        w->render(&image);
+        const TColor expected = w == button ? Colour(kButtons, 1) : Colour(kScroll, 1);
+        for (QPoint p : {QPoint(0, 0), QPoint(1, 1), QPoint(0, image.height() - 1)})
+            EXPECT_EQ(FromQColor(image.pixel(p)), expected) << w->metaObject()->className();
+    }
+    QImage image(bar->size() * 2, QImage::Format_ARGB32);
+    image.setDevicePixelRatio(2);
+    bar->render(&image);
+    EXPECT_EQ(FromQColor(image.pixel(image.width() - 1, 0)), Colour(kScroll, 5));
 }
 
 TEST_F(ControlSkinTest, CheckAndRadioCells) {
