@@ -225,8 +225,11 @@ protected:
     bool FSpin = false;
 };
 
+// A date picker with a drop-down: the edit's frame, nothing more.
 class TSkinDateTime : public TSkinEdit {
     Q_OBJECT
+public:
+    void InitSkin(TVeneerForm* Form, TSkinData* Data, bool OwnColor, QWidget* Control) override;
 };
 
 class TSkinComBox : public TSkinControl {

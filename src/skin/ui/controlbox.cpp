@@ -176,6 +176,12 @@ void TSkinEdit::PaintArrows(QWidget* Target) {
     }
 }
 
+void TSkinDateTime::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor,
+                             QWidget* AControl) {
+    TSkinControl::InitSkin(AForm, Data, AOwnColor, AControl);
+    FSpin = false;
+}
+
 // ---- TSkinComBox
 
 void TSkinComBox::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColor, QWidget* AControl) {

@@ -15,6 +15,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDateTimeEdit>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -484,6 +485,31 @@ TEST_F(ControlSkinTest, PicksOnTheProgramsForms) {
     auto* bars = dynamic_cast<TSkinScrollbar*>(veneer->FindControl(tree));
     ASSERT_TRUE(bars);
     EXPECT_TRUE(bars->HorzBar() && bars->VertBar());
+}
+
+TEST_F(ControlSkinTest, QtWidgetsMeetTheRuleAsTheirFrameworkClasses) {
+    auto* upDown = Add<QDateTimeEdit>();
+    auto* dropDown = Add<QDateTimeEdit>();
+    dropDown->setCalendarPopup(true);
+    auto* spin = Add<QSpinBox>();
+    auto* slider = Add<QSlider>(Qt::Horizontal);
+    auto* table = Add<QTableWidget>(2, 2);
+    auto* line = Add<QFrame>();
+    line->setFrameShape(QFrame::HLine);
+    TVeneerForm* veneer = Attach(Form);
+    auto is = [&](QWidget* W, const char* Class) {
+        TSkinControl* skin = veneer->FindControl(W);
+        return skin && std::string(skin->metaObject()->className()) == Class;
+    };
+    EXPECT_TRUE(is(upDown, "TSkinEdit"));
+    EXPECT_TRUE(is(dropDown, "TSkinDateTime"));
+    EXPECT_TRUE(is(spin, "TSkinEdit"));
+    EXPECT_TRUE(is(slider, "TSkinTrackBar"));
+    EXPECT_TRUE(is(table, "TSkinListView"));
+    EXPECT_EQ(veneer->FindControl(line), nullptr); // a line is no panel
+    // The inner parts of compound controls are no controls of the form.
+    EXPECT_EQ(veneer->FindControl(table->verticalScrollBar()), nullptr);
+    EXPECT_EQ(veneer->FindControl(spin->findChild<QLineEdit*>()), nullptr);
 }
 
 TEST_F(ControlSkinTest, OnSkinControlReplacesTheRule) {
