@@ -253,6 +253,7 @@ class TSkinStatusBar : public TSkinControl {
     Q_OBJECT
 public:
     void InitSkin(TVeneerForm* Form, TSkinData* Data, bool OwnColor, QWidget* Control) override;
+    void SkinChange() override;
     bool BeforeProc(QObject* Target, QEvent* Event) override;
     void Paint(QPainter& Painter, const QRect& R) override;
     bool CanPaint() const override;

@@ -290,6 +290,12 @@ void TSkinStatusBar::InitSkin(TVeneerForm* AForm, TSkinData* Data, bool AOwnColo
     if (AControl && CanPaint()) SetPaletteColour(QPalette::WindowText, SkinColor(Data->WindowText));
 }
 
+void TSkinStatusBar::SkinChange() {
+    TSkinControl::SkinChange();
+    if (Control() && CanPaint())
+        SetPaletteColour(QPalette::WindowText, SkinColor(Skin->WindowText));
+}
+
 bool TSkinStatusBar::CanPaint() const {
     return Skin && Skin->StatusBarEdges && !Skin->StatusBarEdges->Map.Empty();
 }

@@ -154,13 +154,30 @@ void TSkinTab::PaintTabs(QWidget* Widget) {
         int frame = selected ? 2 : (i == FHot ? 4 : 1);
         if (!bar->isTabEnabled(i)) frame = 3;
         painter.drawImage(r.topLeft(), TabFace(&tabs, frame, r.size(), bar->shape(), face, ratio));
+        const QString label = bar->tabText(i).remove(QLatin1Char('&'));
+        const QColor pen = bar->isTabEnabled(i)
+                               ? SkinColor(selected ? tabs.MouseOverColour2 : tabs.NormalColour2)
+                               : SkinColor(Skin->ButtonShadow);
+        const QTabBar::Shape shape = bar->shape();
+        if (shape == QTabBar::RoundedWest || shape == QTabBar::RoundedEast ||
+            shape == QTabBar::TriangularWest || shape == QTabBar::TriangularEast) {
+            // Tabs at the sides read along the side, as the tabs are turned.
+            const bool west = shape == QTabBar::RoundedWest || shape == QTabBar::TriangularWest;
+            painter.save();
+            painter.translate(r.center() + QPointF(0.5, 0.5));
+            painter.rotate(west ? -90 : 90);
+            painter.setPen(pen);
+            painter.drawText(QRectF(-r.height() / 2.0, -r.width() / 2.0, r.height(), r.width()),
+                             Qt::AlignCenter, label);
+            painter.restore();
+            continue;
+        }
         // Text and icon, centred; room on the right for a close button.
         QRect text = r.adjusted(4, 2, -4, 0);
         if (QWidget* close = bar->tabButton(i, QTabBar::RightSide)) text.setRight(close->x() - 2);
         if (QWidget* left = bar->tabButton(i, QTabBar::LeftSide))
             text.setLeft(left->geometry().right() + 2);
         const QIcon icon = bar->tabIcon(i);
-        const QString label = bar->tabText(i).remove(QLatin1Char('&'));
         const QFontMetrics fm(bar->font());
         const QSize is = icon.isNull() ? QSize() : bar->iconSize();
         const int w = fm.horizontalAdvance(label) + (icon.isNull() ? 0 : is.width() + 4);
@@ -169,9 +186,7 @@ void TSkinTab::PaintTabs(QWidget* Widget) {
             painter.drawPixmap(x, text.center().y() - is.height() / 2, icon.pixmap(is, ratio));
             x += is.width() + 4;
         }
-        painter.setPen(bar->isTabEnabled(i)
-                           ? SkinColor(selected ? tabs.MouseOverColour2 : tabs.NormalColour2)
-                           : SkinColor(Skin->ButtonShadow));
+        painter.setPen(pen);
         painter.drawText(QRect(x, text.top(), text.right() - x + 1, text.height()),
                          Qt::AlignVCenter | Qt::AlignLeft, label);
         if (selected && bar->hasFocus() && !HasOption(xoNoFocusRect))

@@ -257,6 +257,11 @@ TEST_F(ControlSkinTest, TabsHeadersProgressAndStatus) {
     EXPECT_EQ(PixelOf(*bar, bar->tabRect(1).topLeft() + QPoint(1, 1)), Colour(kTabs, 1));
     tabs->setCurrentIndex(1);
     EXPECT_EQ(PixelOf(*bar, bar->tabRect(1).topLeft() + QPoint(1, 1)), Colour(kTabs, 2));
+    // Tabs at a side: the strip turned, the whole tab still from its frame.
+    tabs->setTabPosition(QTabWidget::West);
+    const QRect side = bar->tabRect(0);
+    ASSERT_GT(side.height(), side.width());
+    EXPECT_EQ(PixelOf(*bar, side.bottomRight() - QPoint(1, 1)), Colour(kTabs, 1));
 
     QHeaderView* header = table->horizontalHeader();
     EXPECT_EQ(PixelOf(*header->viewport(), QPoint(1, 1)), Colour(kHeader, 1));
