@@ -29,6 +29,8 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTest>
@@ -68,19 +70,22 @@ enum {
     kPane,
     kHeader,
     kProgress,
-    kStatus
+    kStatus,
+    kUpDown,
+    kThumb
 };
 
 // A small skin with every strip the control skins need.
 void LoadTestSkin(TSkinDataModel& Data) {
-    const std::string ini = "[Colours]\nButtonFace=200,200,200\n"
+    const std::string ini = "[Colours]\nButtonFace=200,200,200\nButtonShadow=90,91,92\n"
                             "[Buttons]\nBitmap=b.bmp\nCheckButton=c.bmp\nRadioButton=r.bmp\n"
                             "CheckButtonFrame=4\nRadioButtonFrame=4\n"
                             "[Scrollbar]\nImage=s.bmp\n[HorzScroll]\nImage=hs.bmp\n"
                             "[VertScroll]\nImage=vs.bmp\n[HorzScrollThumb]\nImage=ht.bmp\n"
                             "[VertScrollThumb]\nImage=vt.bmp\n[Tabs]\nImage=t.bmp\n"
                             "[Tab.Pane]\nImage=p.bmp\n[Headerbar]\nImage=h.bmp\nFrame=5\n"
-                            "[Progress]\nBitmap=g.bmp\n[StatusBarEdges]\nImage=e.bmp\n";
+                            "[Progress]\nBitmap=g.bmp\n[StatusBarEdges]\nImage=e.bmp\n"
+                            "[UpDown.Vert]\nImage=u.bmp\n[Trackbar.ThumbHorz]\nImage=k.bmp\n";
     std::vector<TSkinMember> members{{"Skin.ini", Bytes(ini.begin(), ini.end())}};
     auto add = [&](const char* Name, const TMemoryBitmap& B) {
         members.push_back({Name, SaveBMP24(B)});
@@ -98,6 +103,8 @@ void LoadTestSkin(TSkinDataModel& Data) {
     add("h.bmp", Strip(kHeader, 5, 20, 20));
     add("g.bmp", Strip(kProgress, 2, 20, 16));
     add("e.bmp", Strip(kStatus, 3, 16, 16));
+    add("u.bmp", Strip(kUpDown, 8, 16, 8));
+    add("k.bmp", Strip(kThumb, 5, 10, 18));
     Data.SkinStream = TMemoryStream(PackSkinFile(members));
     ASSERT_TRUE(Data.ReadSkin());
 }
@@ -272,6 +279,45 @@ TEST_F(ControlSkinTest, TabsHeadersProgressAndStatus) {
     EXPECT_EQ(PixelOf(*progress, QPoint(2, 2)), Colour(kProgress, 1));
 
     EXPECT_EQ(PixelOf(*status, panel->geometry().topLeft()), Colour(kStatus, 1));
+}
+
+TEST_F(ControlSkinTest, EditsSpinBoxesGroupsAndTrackBars) {
+    auto* edit = Add<QLineEdit>("Text");
+    auto* spin = Add<QSpinBox>();
+    spin->setFixedWidth(80);
+    auto* group = Add<QGroupBox>("Group");
+    group->setMinimumHeight(40);
+    auto* slider = Add<QSlider>(Qt::Horizontal);
+    slider->setValue(50);
+    TVeneerForm* veneer = Attach(Form);
+    ASSERT_TRUE(veneer->FindControl(edit) && veneer->FindControl(spin));
+    const TColor shadow = RGBColor(90, 91, 92);
+    // The edit keeps its text and gets the frame: the shadow line outside,
+    // two lines of its ground inside.
+    EXPECT_EQ(PixelOf(*edit, QPoint(0, edit->height() / 2)), shadow);
+    EXPECT_EQ(PixelOf(*edit, QPoint(2, edit->height() / 2)),
+              FromQColor(edit->palette().color(QPalette::Base)));
+    EXPECT_EQ(edit->text(), "Text");
+    // The spin box's arrows: up cell 1, down cell 5; disabled 3 and 7.
+    const QPoint up(spin->width() - 8, 4), down(spin->width() - 8, spin->height() - 5);
+    EXPECT_EQ(PixelOf(*spin, up), Colour(kUpDown, 1));
+    EXPECT_EQ(PixelOf(*spin, down), Colour(kUpDown, 5));
+    spin->setEnabled(false);
+    EXPECT_EQ(PixelOf(*spin, up), Colour(kUpDown, 3));
+    EXPECT_EQ(PixelOf(*spin, down), Colour(kUpDown, 7));
+    // The group's frame is a shadow line; its left side halfway down.
+    EXPECT_EQ(PixelOf(*group, QPoint(0, group->height() / 2)), shadow);
+    // The track bar's thumb, centred on the handle; pressed is frame 2.
+    QStyleOptionSlider option;
+    option.initFrom(slider);
+    option.orientation = Qt::Horizontal;
+    option.maximum = slider->maximum();
+    option.sliderPosition = option.sliderValue = slider->value();
+    const QRect handle = slider->style()->subControlRect(QStyle::CC_Slider, &option,
+                                                         QStyle::SC_SliderHandle, slider);
+    EXPECT_EQ(PixelOf(*slider, handle.center()), Colour(kThumb, 1));
+    slider->setSliderDown(true);
+    EXPECT_EQ(PixelOf(*slider, handle.center()), Colour(kThumb, 2));
 }
 
 TEST_F(ControlSkinTest, ScrollBarZonesPressesAndCells) {
