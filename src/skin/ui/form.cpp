@@ -335,6 +335,7 @@ void TVeneerForm::Refresh() {
         UpdateFrameWidget();
         SetRegion();
     }
+    AttachControls(); // controls made since the last walk
     RefreshControls();
     SendPrivateMessage(FForm, 48206, 0, 16802);
     SkinState = ssRunning;

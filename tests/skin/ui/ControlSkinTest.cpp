@@ -563,6 +563,18 @@ TEST_F(ControlSkinTest, QtWidgetsMeetTheRuleAsTheirFrameworkClasses) {
     EXPECT_EQ(veneer->FindControl(spin->findChild<QLineEdit*>()), nullptr);
 }
 
+TEST_F(ControlSkinTest, ARefreshSkinsControlsMadeSinceTheWalk) {
+    auto* first = Add<QPushButton>("First");
+    TVeneerForm* veneer = Attach(Form);
+    auto* later = Add<QCheckBox>("Later");
+    EXPECT_EQ(veneer->FindControl(later), nullptr);
+    const std::size_t before = veneer->ControlList.size();
+    veneer->Refresh();
+    EXPECT_TRUE(dynamic_cast<TSkinCheckBox*>(veneer->FindControl(later)));
+    EXPECT_EQ(veneer->ControlList.size(), before + 1); // the first keeps its one skin
+    EXPECT_TRUE(veneer->FindControl(first));
+}
+
 TEST_F(ControlSkinTest, OnSkinControlReplacesTheRule) {
     auto* button = Add<QPushButton>("Mine");
     auto* plain = Add<QPushButton>("Plain");
