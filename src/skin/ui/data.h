@@ -15,6 +15,7 @@
 #include <vector>
 
 class QIcon;
+class TSkinControl;
 class QWidget;
 
 // A 16 x 16 picture of an icon on magenta, the key colour.
@@ -46,6 +47,10 @@ public:
     // Events.
     std::function<void(QObject* Sender, const AnsiString& ClassName, bool& DoSkin)> OnFormSkin;
     std::function<void(QObject* Sender)> OnSkinChanged;
+    // Asked first for every control of a skinned form, with its class name
+    // in upper case: a skin returned here is used instead of the rule's,
+    // and the form's list owns it from then on.
+    std::function<TSkinControl*(QWidget* Control, const AnsiString& ClassName)> OnSkinControl;
     void DoSkinChanged();
 
     // Shared painting resources.

@@ -3,6 +3,7 @@
 #include "base/ui/Colors.h"
 #include "base/ui/Messages.h"
 #include "base/ui/QtCanvas.h"
+#include "skin/ui/control.h"
 #include "skin/ui/data.h"
 #include "skin/ui/manager.h"
 #include "skin/ui/menu.h"
@@ -242,7 +243,9 @@ void TVeneerForm::SetupWithForm(QWidget* Form) {
 }
 
 void TVeneerForm::Begin() {
-    if (Dead() || SkinState != ssAttached) return;
+    if (Dead()) return;
+    AttachControls();
+    if (SkinState != ssAttached) return;
     RebuildButtons();
     // The control skins hang on here; the window's own frame is done.
     SetRegion();
@@ -338,6 +341,8 @@ void TVeneerForm::Refresh() {
         UpdateFrameWidget();
         SetRegion();
     }
+    AttachControls(); // controls made since the last walk
+    RefreshControls();
     SendPrivateMessage(FForm, 48206, 0, 16802);
     SkinState = ssRunning;
     if (FFrame) FFrame->update();
@@ -346,6 +351,7 @@ void TVeneerForm::Refresh() {
 void TVeneerForm::Detach() {
     if (!FSetupDone || Dead()) return;
     QWidget* form = FForm;
+    DetachControls();
     FTimer.stop();
     delete FSysMenuPopup.data();
     form->removeEventFilter(this);

@@ -15,9 +15,11 @@
 #include <QRegion>
 #include <QSize>
 #include <QTimer>
+#include <QVariant>
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
 class TSkinData;
 class TSkinManage;
@@ -25,6 +27,7 @@ class TVeneerForm;
 class TVeneerMenu;
 class QMenu;
 class QMenuBar;
+class TSkinControl;
 
 // The widget that stands for the frame: it covers the form, is masked to
 // the ring around the client area, and hands paint and mouse to its form skin.
@@ -94,6 +97,17 @@ public:
     void FrameDoubleClick(QPoint P);
     void FrameLeave();
 
+    // The control skins of the form's controls, in the order they were made.
+    std::vector<std::unique_ptr<TSkinControl>> ControlList;
+    // Walks the form's controls and gives each the skin the rule picks;
+    // controls that have one keep it.
+    void AttachControls();
+    // Takes every control skin off again, and undoes what the walk set.
+    void DetachControls();
+    // The skin data changed: every control skin repaints from it.
+    void RefreshControls();
+    TSkinControl* FindControl(const QWidget* Control) const;
+
     // Least width of the resize ring, whatever the skin's border.
     static constexpr int ResizeGrip = 6;
 
@@ -137,6 +151,13 @@ private:
     int FMenuBarHeight = 0; // the height the hidden bar took in the client
     void AttachMenuStrip();
     void DetachMenuStrip();
+    // Properties the control walk set, with the values they had.
+    struct TPropertyUndo {
+        QPointer<QObject> Object;
+        QByteArray Name;
+        QVariant Value;
+    };
+    std::vector<TPropertyUndo> FControlUndo;
 };
 
 // A picture of a window as the screen shows it: what its outline cuts away
