@@ -659,9 +659,34 @@ case_skin_menu_keys() {
     return $CASE_FAILED
 }
 
+# Under the dark skin the controls are the skin's too: the status bar's
+# panels and the option tree's scroll bar are dark where plain ones are light.
+# Both spots are measured from the window's bottom right corner.
+case_skin_controls() {
+    use_skin "Lexsmith Dark.skn"
+    app_start -- "$CASE_DIR/lua.syx" || return 1
+    settle "$APP_WIN"
+    sleep 0.5
+    window_geometry "$APP_WIN" || return 1
+    import -window root "$CASE_DIR/skinned-controls.png" 2>/dev/null || true
+    local panel track
+    panel=$(screen_pixel $((WX + 68)) $((WY + WH - 16)))
+    track=$(screen_pixel $((WX + WW - 16)) $((WY + WH - 90)))
+    check "the status bar panel is not the dark skin's (got $panel)" dark_pixel "$panel"
+    check "the option tree's scroll bar is not the dark skin's (got $track)" dark_pixel "$track"
+    return $CASE_FAILED
+}
+
+# dark_pixel R,G,B: every channel below 100.
+dark_pixel() {
+    local r g b
+    IFS=, read -r r g b <<<"$1"
+    [ -n "$b" ] && [ "$r" -lt 100 ] && [ "$g" -lt 100 ] && [ "$b" -lt 100 ]
+}
+
 ALL_CASES=(open_save mouse_edit keyboard_edit memo_typing menu_keys menu_save_as
     close_prompt min_size scaled_fits sheet_keys skin_frame skin_close problems
-    skin_menu_keys)
+    skin_menu_keys skin_controls)
 
 # ------------------------------------------------------------------ the runner
 
