@@ -14,7 +14,7 @@ class TWgCellStyle;
 
 // Mouse buttons and shift state as the cell control's events pass them.
 enum TWgMouseButton : std::uint8_t { mbLeft = 0, mbRight = 1, mbMiddle = 2 };
-using TWgShiftState = std::uint8_t; // 1 Shift, 2 Alt, 4 Ctrl
+using TWgShiftState = std::uint8_t; // 1 Shift, 2 Alt, 4 Ctrl, 8 second press of a double click
 
 class TWgCellControl {
 public:

@@ -177,10 +177,21 @@ void TCustomWgTree::SectionDeleted(int NewCount) {
 void TCustomWgTree::Loaded() {
     SetLoading(false);
     FTreeView->IsUpdating(true);
+    // Markup of streamed items was left unparsed while they came in.
+    ParseLoadedMarkup();
     if (SortMode() == smAdd || SortMode() == smAddClick) FTreeView->SortItem(Items().Root(), true);
     SetLineHeight(FTreeView->ComputeLineHeight());
     MarkStale(tsmAll | tsmHRange);
     FTreeView->IsUpdating(false);
+}
+
+bool TCustomWgTree::Restore() {
+    if (!FHeader->Storage) return false;
+    FTreeView->IsUpdating(true);
+    const bool restored = FHeader->Restore();
+    MarkStale(tsmClearVis | tsmClearAll | tsmRedrawMark | tsmHRange | tsmUpdated);
+    FTreeView->IsUpdating(false);
+    return restored;
 }
 
 TWgTreeItem* TCustomWgTree::TopItem() const {

@@ -28,6 +28,10 @@ using TWgMarkupDrawEvent = std::function<void(TCanvas& Canvas, const TRect& R,
                                               const WideString& Text, TWgMarkupData* Data)>;
 // Parses a "<html>" text for an item; none keeps the item without markup data.
 using TWgMarkupParseEvent = std::function<std::unique_ptr<TWgMarkupData>(const WideString& Text)>;
+// Height of a "<html>" text laid out in Width pixels, wrapped at the width
+// with WordWrap; Data is the item's parsed markup or none.
+using TWgMarkupMeasureEvent =
+    std::function<int(const WideString& Text, TWgMarkupData* Data, int Width, bool WordWrap)>;
 using TWgEditRequestEvent =
     std::function<void(TCustomWgTree& Sender, TWgTreeItem* Item, int SectionIndex)>;
 
@@ -71,6 +75,14 @@ public:
     // Where the tree and its header keep their settings in the storage.
     const AnsiString& StoragePath() const { return FHeader->StoragePath; }
     void SetStoragePath(const AnsiString& Value) { FHeader->StoragePath = Value; }
+    // The store of the column layout, none by default; not owned, and it
+    // must outlive the tree or be set back to none first.
+    TWgIniFile* Storage() const { return FHeader->Storage; }
+    void SetStorage(TWgIniFile* Value) { FHeader->Storage = Value; }
+    // Writes the column layout to the store, or reads it back and shows it;
+    // false without a store or when a value could not be written.
+    bool Save() const { return FHeader->Save(); }
+    bool Restore();
 
     // For the plain properties below: take the lock, set the marks, release.
     void DisplayChanged(std::uint32_t Marks = tsmClearAll | tsmRedrawMark);
@@ -200,6 +212,7 @@ public:
     TWgCanDragEvent OnCanDrag;
     TWgMarkupDrawEvent OnMarkupDraw;
     TWgMarkupParseEvent OnMarkupParse;
+    TWgMarkupMeasureEvent OnMarkupMeasure;
     TWgEditRequestEvent OnEditRequest;
     // Yes/no question to the user (the virtuality warning); without it, yes.
     std::function<bool(const char* Text, const char* Title)> OnConfirm;

@@ -110,14 +110,16 @@ void TWgTreeView::MouseDown(bool RightButton, unsigned Shift, int X, int Y) {
         return;
     }
     if (item && part == ipColumn) {
-        TWgCellStyle* style =
-            item->UseStyles() ? item->GetStyles(TextIndexOfColumn(column)) : nullptr;
-        TWgCellControl* control = style ? style->Control() : nullptr;
-        if (control && control->Visible && control->Enabled && control->OnMouseDown) {
-            TWgHeaderSection* s = FHeader.Sections().GetSection(column);
-            const int lh = std::max(FOwner.LineHeight(), 1);
-            control->OnMouseDown(*control, RightButton ? mbRight : mbLeft, TWgShiftState(Shift & 7),
-                                 X + FLeftPosition - (s ? s->Left() : 0), Y % lh);
+        TWgCellControl* control = CellControl(item, column);
+        if (control && WantsMouse(*control)) {
+            // The control has the mouse until the release.
+            FControlItem = item;
+            FControlColumn = column;
+            FControlRight = RightButton;
+            const TPoint at = CellPoint(column, X, Y);
+            if (control->OnMouseDown)
+                control->OnMouseDown(*control, RightButton ? mbRight : mbLeft,
+                                     TWgShiftState(Shift & 15), at.X, at.Y);
             return;
         }
         if (TWgHeaderSection* s = FHeader.Sections().GetSection(column); s && !s->ClickSelect)
@@ -184,7 +186,69 @@ void TWgTreeView::MouseDown(bool RightButton, unsigned Shift, int X, int Y) {
     if (FSelectionChanged && !FSelectionPending) FireAfterSelectionChange();
 }
 
+TWgCellControl* TWgTreeView::CellControl(TWgTreeItem* Item, int Column) const {
+    if (!Item || !Item->UseStyles() || !FOwner.ShowColumns() || Column < 0 ||
+        Column == MainColumn())
+        return nullptr;
+    TWgCellStyle* style = Item->GetStyles(TextIndexOfColumn(Column));
+    TWgCellControl* control = style ? style->Control() : nullptr;
+    return control && control->Visible && control->Enabled ? control : nullptr;
+}
+
+bool TWgTreeView::WantsMouse(const TWgCellControl& Control) {
+    return Control.OnMouseDown || Control.OnMouseUp || Control.OnClick || Control.OnDblClick;
+}
+
+TPoint TWgTreeView::CellPoint(int Column, int X, int Y) const {
+    // Cell terms: from the section's left side, and the row's top taken as
+    // a multiple of the line height.
+    TWgHeaderSection* s = FHeader.Sections().GetSection(Column);
+    const int lh = std::max(FOwner.LineHeight(), 1);
+    return {X + FLeftPosition - (s ? s->Left() : 0), ((Y % lh) + lh) % lh};
+}
+
+bool TWgTreeView::ControlMouseUp(bool RightButton, unsigned Shift, int X, int Y) {
+    if (!FControlItem) return false;
+    TWgTreeItem* pressed = FControlItem;
+    const int pressedColumn = FControlColumn;
+    FControlItem = nullptr;
+    FControlColumn = -1;
+    FPressed = false;
+    if (RightButton != FControlRight) return true;
+    TWgCellControl* control = CellControl(pressed, pressedColumn);
+    if (!control) return true;
+    const TPoint at = CellPoint(pressedColumn, X, Y);
+    if (control->OnMouseUp)
+        control->OnMouseUp(*control, RightButton ? mbRight : mbLeft, TWgShiftState(Shift & 7), at.X,
+                           at.Y);
+    // A click is a press and release in the same cell; the handler above
+    // may have removed the control.
+    int column = -1;
+    TWgItemPart part = ipOutside;
+    TWgTreeItem* item = GetItemAt(X, Y, column, part);
+    control = CellControl(pressed, pressedColumn);
+    if (!RightButton && control && item == pressed && column == pressedColumn && part == ipColumn &&
+        control->OnClick)
+        control->OnClick(*control);
+    return true;
+}
+
 void TWgTreeView::MouseMove(unsigned Shift, int X, int Y, bool ButtonDown) {
+    {
+        // A pressed control follows the mouse; otherwise the one under it.
+        TWgTreeItem* item = FControlItem;
+        int column = FControlColumn;
+        if (!item) {
+            TWgItemPart part = ipOutside;
+            item = GetItemAt(X, Y, column, part);
+            if (part != ipColumn) item = nullptr;
+        }
+        if (TWgCellControl* control = CellControl(item, column); control && control->OnMouseMove) {
+            const TPoint at = CellPoint(column, X, Y);
+            control->OnMouseMove(*control, TWgShiftState(Shift & 7), at.X, at.Y);
+        }
+        if (FControlItem) return;
+    }
     if (FOwner.Tracking()) {
         const int row = GetItemAtY(Y);
         TWgTreeItem* track = row >= 0 ? FVisibleList[std::size_t(row)] : nullptr;
@@ -295,6 +359,8 @@ void TWgTreeView::EndFrame() {
 }
 
 void TWgTreeView::CancelMode() {
+    FControlItem = nullptr;
+    FControlColumn = -1;
     if (FFrameSelecting) EndFrame();
     FPressed = false;
     FSelectionPending = false;
@@ -302,6 +368,7 @@ void TWgTreeView::CancelMode() {
 
 void TWgTreeView::MouseUp(bool RightButton, unsigned Shift, int X, int Y) {
     if (FHost) FHost->StopTimer(vtEdit);
+    if (ControlMouseUp(RightButton, Shift, X, Y)) return;
     if (!FPressed) return;
     FPressed = false;
     if (FFrameSelecting) {
@@ -368,6 +435,11 @@ void TWgTreeView::DblClick(unsigned Shift, int X, int Y) {
     TWgItemPart part = ipOutside;
     TWgTreeItem* item = GetItemAt(X, Y, column, part);
     if (!item || !ItemUsable(item)) return;
+    if (TWgCellControl* control = part == ipColumn ? CellControl(item, column) : nullptr;
+        control && WantsMouse(*control)) {
+        if (control->OnDblClick) control->OnDblClick(*control);
+        return;
+    }
     if (FOwner.DblClickMode == dcmEdit &&
         (part == ipMainText || part == ipColumn || part == ipInside) && item->AllowEdit() &&
         FOwner.DoInplaceEdit) {

@@ -181,6 +181,9 @@ public:
     bool HasStaticFlag(std::uint32_t Flag) const { return (StaticFlags() & Flag) != 0; }
     void SetStaticFlag(std::uint32_t Flag, bool Value);
     std::uint16_t State() const { return FStaticDataEx ? FStaticDataEx->State : 0; }
+    // The cut and font bits of State; the expanded bit follows Expanded
+    // alone. A change fires OnItemChange with icmState.
+    void SetState(std::uint16_t Value);
     std::uint32_t HeightWord() const { return FHeightWord; }
     void SetHeightWord(std::uint32_t Value) { FHeightWord = Value; }
     int FixedHeight() const { return int(FHeightWord >> 16); }

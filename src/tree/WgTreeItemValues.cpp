@@ -116,6 +116,11 @@ void TWgTreeItem::AfterTextChange(TItemChangeMode Mode) {
         if (IsHTML()) ParseMarkup();
         FHeightWord |= 0xFFFF;
         tree->MarkStale(tsmAll);
+    } else if ((FHeightWord & 0xFFFF) != 0xFFFF) {
+        // Any text change makes a measured height stale: a row of its own
+        // height (no OwnerHeight) is measured anew for the new text.
+        FHeightWord |= 0xFFFF;
+        tree->MarkStale(tsmClearVis | tsmClearAll | tsmUpdated);
     }
     RepaintItem();
 }
@@ -256,6 +261,16 @@ void TWgTreeItem::SetFocused(bool Value) {
         FOwner->DoSetFocused(this, true);
     else if (Focused())
         FOwner->DoSetFocused(nullptr, true);
+}
+
+void TWgTreeItem::SetState(std::uint16_t Value) {
+    if (!FStaticDataEx) return;
+    const std::uint16_t expanded = FStaticDataEx->State & stExpanded;
+    Value = std::uint16_t((Value & ~std::uint16_t(stExpanded)) | expanded);
+    if (Value == FStaticDataEx->State) return;
+    FStaticDataEx->State = Value;
+    if (FOwner->OnItemChange) FOwner->OnItemChange(*FOwner, this, icmState);
+    RepaintItem();
 }
 
 void TWgTreeItem::SetImageIndex(std::int32_t Value) {

@@ -303,9 +303,18 @@ int TWgTreeView::MeasureItemWidth(TWgTreeItem* Item) {
 int TWgTreeView::MeasureCellHeight(TWgTreeItem* Item, int Column, int Width) {
     TCanvas& canvas = MeasureCanvas();
     canvas.SetFont(TreeFont());
-    const WideString text = CellText(Item, Column < 0 ? MainColumn() : Column);
-    if (!Item->Multiline() || text.compare(0, HtmlTag.size(), HtmlTag) == 0)
-        return FOwner.LineHeight();
+    const int section = Column < 0 ? MainColumn() : Column;
+    const WideString text = CellText(Item, section);
+    // Markup takes the height of its layout; "<html>" in a plain item is text.
+    if (Item->IsHTML() && text.compare(0, HtmlTag.size(), HtmlTag) == 0) {
+        if (!FOwner.OnMarkupMeasure) return FOwner.LineHeight();
+        TWgMarkupData* data = (section == MainColumn() || !FOwner.ShowColumns())
+                                  ? Item->MainHtmlData()
+                                  : Item->ColumnHtmlData(TextIndexOfColumn(section));
+        const int height = FOwner.OnMarkupMeasure(text, data, std::max(Width, 1), Item->WordWrap());
+        return std::max(height, FOwner.LineHeight());
+    }
+    if (!Item->Multiline()) return FOwner.LineHeight();
     TRect r = Rect(0, 0, std::max(Width, 1), 0);
     unsigned flags = DT_CALCRECT | DT_NOPREFIX | (Item->WordWrap() ? DT_WORDBREAK : 0);
     canvas.DrawText(text, r, flags);

@@ -254,6 +254,16 @@ void TWgTreeModel::ApplyVisFilter() {
     }
 }
 
+void TWgTreeModel::ParseLoadedMarkup() {
+    if (!FView) return;
+    for (int i = 0; i < FAllList.Count(); ++i) {
+        TWgTreeItem* item = FAllList.At(i);
+        if (!item || !item->IsHTML()) continue;
+        item->ParseMarkup();
+        item->FHeightWord |= 0xFFFF;
+    }
+}
+
 TWgTreeItemStaticDataEx* TWgTreeModel::TakeStaticData() {
     if (FStaticDataPool.empty()) return new TWgTreeItemStaticDataEx;
     TWgTreeItemStaticDataEx* data = FStaticDataPool.back();

@@ -173,6 +173,9 @@ public:
                          void* IterateData, TWgTreeItem* StartFrom);
     // Each item decides Hidden through OnApplyVisFilter.
     void ApplyVisFilter();
+    // Parses the markup of every IsHTML item and forgets its measured
+    // height: loading defers the parsing to its end.
+    void ParseLoadedMarkup();
 
     // ---- the flat list
     // Index of an item in AllList, -1 if absent; found from the item's

@@ -184,13 +184,19 @@ void TWgTreeView::RedrawTree(TCanvas& Canvas, const TRect& Clip) {
     }
 }
 
+TWgCellStyle* TWgTreeView::CellStyleOf(TWgTreeItem* Item, int SectionIndex) const {
+    if (!Item->UseStyles()) return nullptr;
+    if (SectionIndex < 0 || SectionIndex == MainColumn()) return Item->GetMainStyle();
+    // A column of UseMainStyle shows its cells in the item's main style.
+    const TWgHeaderSection* section =
+        FOwner.ShowColumns() ? FHeader.Sections().GetSection(SectionIndex) : nullptr;
+    if (section && section->UseMainStyle) return Item->GetMainStyle();
+    return Item->GetStyles(TextIndexOfColumn(SectionIndex));
+}
+
 void TWgTreeView::SetRowFont(TCanvas& Canvas, TWgTreeItem* Item, int SectionIndex) {
     TFont font = TreeFont();
-    const TWgCellStyle* style = nullptr;
-    if (Item->UseStyles())
-        style = (SectionIndex < 0 || SectionIndex == MainColumn())
-                    ? Item->GetMainStyle()
-                    : Item->GetStyles(TextIndexOfColumn(SectionIndex));
+    const TWgCellStyle* style = CellStyleOf(Item, SectionIndex);
     if (style) {
         font.Name.assign(style->FontName().begin(), style->FontName().end());
         font.SetPointSize(style->FontSize());
@@ -234,11 +240,7 @@ void TWgTreeView::DrawRow(TCanvas& Canvas, TWgTreeItem* Item, const TRect& Row, 
         if (Highlight) return;
         if (!parentColors && Item->HasStaticFlag(sfUseBkColor) && ex->BkColor != 0)
             Bk = ex->BkColor;
-        const TWgCellStyle* style = nullptr;
-        if (Item->UseStyles())
-            style = (Section < 0 || Section == MainColumn())
-                        ? Item->GetMainStyle()
-                        : Item->GetStyles(TextIndexOfColumn(Section));
+        const TWgCellStyle* style = CellStyleOf(Item, Section);
         if (style && style->UseBkColor()) Bk = style->CellBkColor();
         if (style && !style->OwnerProps()) Fg = style->TextColor();
         if (FOwner.SortColumnColor != clNone && FOwner.ShowColumns() &&

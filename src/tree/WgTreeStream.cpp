@@ -379,11 +379,14 @@ void TWgTreeItems::LoadFromStream(TStream& Stream) {
     TWgTreeLock lock(*FOwner);
     while (FRoot->HasChildren())
         FRoot->DeleteChild(FRoot->GetLastChild());
+    // The new rows are shown from the first; the old top index means nothing to them.
+    constexpr std::uint32_t marks =
+        tsmClearVis | tsmUpdated | tsmVisUpdated | tsmClearAll | tsmTopIndex;
     try {
         FRoot->ReadData(Stream);
     } catch (...) {
-        FOwner->MarkStale(tsmClearVis | tsmUpdated | tsmVisUpdated | tsmClearAll);
+        FOwner->MarkStale(marks);
         throw;
     }
-    FOwner->MarkStale(tsmClearVis | tsmUpdated | tsmVisUpdated | tsmClearAll);
+    FOwner->MarkStale(marks);
 }

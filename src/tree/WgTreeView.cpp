@@ -119,7 +119,8 @@ void TWgTreeView::Repaint() {
 
 void TWgTreeView::MarkStale(std::uint32_t Marks) {
     if (Marks & tsmHRange) FHRange = -1;
-    FMarks |= Marks & ~std::uint32_t(tsmHRange);
+    if (Marks & tsmTopIndex) FTopIndex = 0;
+    FMarks |= Marks & ~std::uint32_t(tsmHRange | tsmTopIndex);
     // A delayed fit is work of the update's layout step.
     if (Marks & tsmColumnSizeUpdate) FMarks |= tsmUpdated;
 }
@@ -132,6 +133,10 @@ void TWgTreeView::ForgetItem(TWgTreeItem* Item) {
         if (FHost) FHost->StopTimer(vtEdit);
     }
     if (FPressItem == Item) FPressItem = nullptr;
+    if (FControlItem == Item) {
+        FControlItem = nullptr;
+        FControlColumn = -1;
+    }
     if (FPendingItem == Item) {
         FPendingItem = nullptr;
         FSelectionPending = false;

@@ -18,6 +18,8 @@ class TCustomWgTree;
 class TWgTreeItem;
 class TWgHeaderModel;
 class TWgHeaderSection;
+class TWgCellControl;
+class TWgCellStyle;
 
 // One piece of tree line, from (X1, Y1) to (X2, Y2), end excluded.
 struct TWgTreeLine {
@@ -195,6 +197,8 @@ private:
                       const WideString& Text, unsigned Flags);
     void DrawTreeLines(TCanvas& Canvas, const TWgMainCellLayout& L, int Shift);
     void SetRowFont(TCanvas& Canvas, TWgTreeItem* Item, int SectionIndex);
+    // The style a cell is drawn in, none without UseStyles.
+    TWgCellStyle* CellStyleOf(TWgTreeItem* Item, int SectionIndex) const;
     // sorting
     void QuickSort(TWgTreeItem* Parent, std::vector<TWgTreeItem*>& List, int L, int R, int Column,
                    TSortTypes Type, int Mode);
@@ -214,6 +218,12 @@ private:
     void UpdateLineHint(int X, int Y);
     void ShowLineHintNow();
     void MoveFocusByKey(int Key, unsigned Shift, TWgTreeItem* NewFocus);
+    // cell controls: the usable control of a cell, whether it takes the
+    // mouse, a point in cell terms, and the release of a press it took.
+    TWgCellControl* CellControl(TWgTreeItem* Item, int Column) const;
+    static bool WantsMouse(const TWgCellControl& Control);
+    TPoint CellPoint(int Column, int X, int Y) const;
+    bool ControlMouseUp(bool RightButton, unsigned Shift, int X, int Y);
 
     TCustomWgTree& FOwner;
     TWgHeaderModel& FHeader;
@@ -240,6 +250,9 @@ private:
     bool FPressed = false;
     bool FPressedRight = false;
     TWgTreeItem* FPressItem = nullptr;
+    TWgTreeItem* FControlItem = nullptr; // the cell control's row while it has the mouse
+    int FControlColumn = -1;
+    bool FControlRight = false;
     TWgItemPart FPressPart = ipOutside;
     bool FSelectionPending = false;
     TWgTreeItem* FPendingItem = nullptr;

@@ -28,6 +28,7 @@ enum TWgStaleMark : std::uint32_t {
     tsmHRange = 0x20,           // forget the horizontal range (HRange := -1)
     tsmDelayedSort = 0x40,      // sort at the end of the update
     tsmColumnSizeUpdate = 0x80, // fit auto-sized columns at the end of the update
+    tsmTopIndex = 0x100,        // forget the top index: the rows start at the first again
 };
 inline constexpr std::uint32_t tsmAll =
     tsmClearVis | tsmClearAll | tsmVisUpdated | tsmRedrawMark | tsmUpdated;

@@ -148,6 +148,14 @@ void TWgTree::WireMarkup() {
     FTree->OnMarkupParse = [this](const WideString& Text) -> std::unique_ptr<TWgMarkupData> {
         auto markup = std::make_unique<TMarkup>();
         markup->Data = FHtml->NewData();
+        // The tree's font and text colour are the defaults of the markup.
+        const TFont font = View().TreeFont();
+        TWgHTMLData& data = *markup->Data;
+        data.DefaultFont = AnsiString(font.Name.begin(), font.Name.end());
+        data.DefaultHeight = font.Height;
+        data.DefaultStyle = font.Style;
+        data.DefaultColor = font.Color;
+        data.Charset = font.Charset;
         FHtml->SetCurrentData(markup->Data.get());
         try {
             FHtml->PrepareText(Text, 0, false);
@@ -156,6 +164,35 @@ void TWgTree::WireMarkup() {
         }
         FHtml->SetCurrentData(nullptr);
         return markup;
+    };
+    FTree->OnMarkupMeasure = [this](const WideString& Text, TWgMarkupData* Data, int Width,
+                                    bool WordWrap) {
+        auto* markup = dynamic_cast<TMarkup*>(Data);
+        std::unique_ptr<TWgHTMLData> scratch;
+        int height = 0;
+        try {
+            if (markup && !WordWrap) {
+                // Parsed once; its lines do not depend on the width.
+                FHtml->SetCurrentData(markup->Data.get());
+                FHtml->MeasureData();
+                height = markup->Data->TextSize.cy;
+            } else {
+                scratch = FHtml->NewData();
+                if (markup) {
+                    scratch->DefaultFont = markup->Data->DefaultFont;
+                    scratch->DefaultHeight = markup->Data->DefaultHeight;
+                    scratch->DefaultStyle = markup->Data->DefaultStyle;
+                }
+                FHtml->SetCurrentData(scratch.get());
+                FHtml->PrepareText(Text, Width, WordWrap);
+                FHtml->MeasureData();
+                height = scratch->TextSize.cy;
+            }
+        } catch (const Exception&) {
+            height = 0; // broken markup keeps the line height
+        }
+        FHtml->SetCurrentData(nullptr);
+        return height;
     };
     FTree->OnMarkupDraw = [this](TCanvas& Canvas, const TRect& R, const WideString& Text,
                                  TWgMarkupData* Data) {
@@ -182,6 +219,7 @@ TWgTree::~TWgTree() {
     FHeader = nullptr;
     FTree->SetView(&FTree->View());
     FTree->OnMarkupParse = nullptr;
+    FTree->OnMarkupMeasure = nullptr;
     FTree->OnMarkupDraw = nullptr;
 }
 
@@ -199,6 +237,10 @@ void TWgTree::LoadSectionsData(const std::vector<std::uint8_t>& Bytes) {
     EndEdit(true);
     TMemoryStream in(Bytes);
     FTree->Header().Sections().LoadFromStream(in);
+    // The header has its columns: it finishes loading (popup names, sticky
+    // shares, height) and takes back what its store kept of them.
+    FTree->Header().Loaded();
+    FTree->Restore();
     FTree->DisplayChanged(tsmClearVis | tsmClearAll | tsmRedrawMark | tsmHRange);
     LayoutChildren();
     FHeader->update();
@@ -337,9 +379,13 @@ void TWgTree::LayoutChildren() {
     FHScroll->setVisible(h.Visible);
     FCorner->setVisible(v.Visible && h.Visible);
     int top = client.top();
+    // With ScrollbarOpposite the vertical bar stands on the left and the
+    // rest moves right by its width.
+    const int barLeft = FScrollbarOpposite ? client.left() : client.right() + 1 - vw;
+    const int left = FScrollbarOpposite ? client.left() + vw : client.left();
     if (FTree->ShowColumns()) {
         const int height = FTree->Header().Height();
-        FHeader->setGeometry(client.left(), top, std::max(client.width() - vw, 0), height);
+        FHeader->setGeometry(left, top, std::max(client.width() - vw, 0), height);
         FHeader->show();
         top += height;
     } else {
@@ -347,10 +393,17 @@ void TWgTree::LayoutChildren() {
     }
     const int rowsHeight = std::max(client.bottom() + 1 - top - hh, 0);
     const int rowsWidth = std::max(client.width() - vw, 0);
-    FVScroll->setGeometry(client.right() + 1 - vw, top, vw, rowsHeight);
-    FHScroll->setGeometry(client.left(), top + rowsHeight, rowsWidth, hh);
-    FCorner->setGeometry(client.right() + 1 - vw, top + rowsHeight, vw, hh);
-    FView->setGeometry(client.left(), top, rowsWidth, rowsHeight);
+    FVScroll->setGeometry(barLeft, top, vw, rowsHeight);
+    FHScroll->setGeometry(left, top + rowsHeight, rowsWidth, hh);
+    FCorner->setGeometry(barLeft, top + rowsHeight, vw, hh);
+    FView->setGeometry(left, top, rowsWidth, rowsHeight);
+}
+
+void TWgTree::SetScrollbarOpposite(bool Value) {
+    if (Value == FScrollbarOpposite) return;
+    FScrollbarOpposite = Value;
+    LayoutChildren();
+    update();
 }
 
 void TWgTree::SyncScrollBars() {

@@ -66,6 +66,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent* Event) override;
     void wheelEvent(QWheelEvent* Event) override;
     void keyPressEvent(QKeyEvent* Event) override;
+    void inputMethodEvent(QInputMethodEvent* Event) override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery Query) const override;
     void focusInEvent(QFocusEvent* Event) override;
     void focusOutEvent(QFocusEvent* Event) override;
     void leaveEvent(QEvent* Event) override;
@@ -76,6 +78,10 @@ private:
     std::array<QTimer*, 5> FTimers{};
     std::optional<TRect> FFocusFrame;
     bool FDoubleClickPending = false;
+    // A press came since the last release. The second press of a double
+    // click comes as the double click event alone; a press seen before it
+    // has been passed on already.
+    bool FPressSeen = false;
     QLabel* FHint = nullptr;
     // Measuring outside paint events needs a painter of its own.
     std::unique_ptr<QImage> FMeasureImage;
@@ -116,6 +122,9 @@ public:
     void SetTreeFont(const AnsiString& Name, int PixelHeight);
     bool Flat() const { return FFlat; }
     void SetFlat(bool Value);
+    // The vertical scroll bar on the left side instead of the right.
+    bool ScrollbarOpposite() const { return FScrollbarOpposite; }
+    void SetScrollbarOpposite(bool Value);
 
     // ---- colours of the header and the border; the defaults are the system look.
     // The flat border is one line in BorderColorShadow; the sunken one has
@@ -191,6 +200,7 @@ private:
     TWgTreeInplaceEditor* FInplaceEditor = nullptr;
     int FTag = 0;
     bool FFlat = true;
+    bool FScrollbarOpposite = false;
     TColor FBorderColorDkShadow = cl3DDkShadow;
     TColor FBorderColorFace = clBtnFace;
     TColor FBorderColorHighlight = clBtnHighlight;

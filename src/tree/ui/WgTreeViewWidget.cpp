@@ -6,6 +6,7 @@
 #include "tree/ui/WgTree.h"
 
 #include <QApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
@@ -91,6 +92,7 @@ TWgTreeViewWidget::TWgTreeViewWidget(TWgTree& Owner, QWidget* Parent)
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_KeyCompression, false);
+    setAttribute(Qt::WA_InputMethodEnabled, true);
     for (std::size_t i = 0; i < FTimers.size(); ++i) {
         QTimer* timer = new QTimer(this);
         timer->setSingleShot(true);
@@ -213,16 +215,25 @@ void TWgTreeViewWidget::resizeEvent(QResizeEvent*) {
 void TWgTreeViewWidget::mousePressEvent(QMouseEvent* Event) {
     if (Event->button() != Qt::LeftButton && Event->button() != Qt::RightButton) return;
     if (!hasFocus()) setFocus(Qt::MouseFocusReason);
+    FPressSeen = true;
     const QPoint pos = Event->position().toPoint();
     FOwner.View().MouseDown(Event->button() == Qt::RightButton, ShiftOf(Event->modifiers()),
                             pos.x(), pos.y());
 }
 
 void TWgTreeViewWidget::mouseDoubleClickEvent(QMouseEvent* Event) {
-    // The second press has already come as a press of its own. The view
-    // hears of the double click after the release that ends it: a release
-    // stops the edit timer, and would stop the edit a double click asks for.
-    if (Event->button() == Qt::LeftButton) FDoubleClickPending = true;
+    if (Event->button() != Qt::LeftButton) return;
+    // The double click event stands for the second press: the view gets it
+    // as a press marked double (a button there does not toggle again).
+    if (!FPressSeen) {
+        FPressSeen = true;
+        const QPoint pos = Event->position().toPoint();
+        FOwner.View().MouseDown(false, ShiftOf(Event->modifiers()) | ssDouble, pos.x(), pos.y());
+    }
+    // The view hears of the double click after the release that ends it:
+    // a release stops the edit timer, and would stop the edit a double
+    // click asks for.
+    FDoubleClickPending = true;
 }
 
 void TWgTreeViewWidget::mouseMoveEvent(QMouseEvent* Event) {
@@ -233,6 +244,7 @@ void TWgTreeViewWidget::mouseMoveEvent(QMouseEvent* Event) {
 
 void TWgTreeViewWidget::mouseReleaseEvent(QMouseEvent* Event) {
     if (Event->button() != Qt::LeftButton && Event->button() != Qt::RightButton) return;
+    FPressSeen = false;
     const QPoint pos = Event->position().toPoint();
     const unsigned shift = ShiftOf(Event->modifiers());
     FOwner.View().MouseUp(Event->button() == Qt::RightButton, shift, pos.x(), pos.y());
@@ -271,11 +283,30 @@ void TWgTreeViewWidget::keyPressEvent(QKeyEvent* Event) {
     const int vk = ViewKeyOf(*Event);
     if (vk) FOwner.View().KeyDown(vk, ShiftOf(Event->modifiers()));
     const QString text = Event->text();
-    // Typed characters feed the incremental search; Space is a key of its own.
-    if (!text.isEmpty() && text[0].unicode() > 32 && !(Event->modifiers() & Qt::ControlModifier))
+    // Typed characters feed the incremental search, Space too (it also
+    // works as a key above); control characters are keys only.
+    if (!text.isEmpty() && !(Event->modifiers() & Qt::ControlModifier))
         for (QChar ch : text)
             FOwner.View().KeyPress(ch.unicode());
     if (!vk && text.isEmpty()) QWidget::keyPressEvent(Event);
+}
+
+void TWgTreeViewWidget::inputMethodEvent(QInputMethodEvent* Event) {
+    // Composed text joins the incremental search as typed characters do.
+    for (QChar ch : Event->commitString())
+        FOwner.View().KeyPress(ch.unicode());
+    Event->accept();
+}
+
+QVariant TWgTreeViewWidget::inputMethodQuery(Qt::InputMethodQuery Query) const {
+    switch (Query) {
+    case Qt::ImEnabled:
+        return FOwner.Tree().IncrementalSearch;
+    case Qt::ImCursorRectangle:
+        return QRect(0, 0, 1, FOwner.Tree().LineHeight());
+    default:
+        return QWidget::inputMethodQuery(Query);
+    }
 }
 
 void TWgTreeViewWidget::focusInEvent(QFocusEvent*) {
