@@ -251,10 +251,7 @@ bool TWgHeaderModel::Restore() {
         s->SetVisible(Storage->ReadBool(key, "Visible", s->OwnVisible()));
         s->SetExpanded(Storage->ReadBool(key, "Expanded", s->Expanded()));
         const int align = Storage->ReadInteger(key, "Align", int(s->Alignment));
-        if (align >= hsaLeft && align <= hsaRight) {
-            s->Alignment = TWgSAlignment(align);
-            SectionChanged(s, scmAlign);
-        }
+        if (align >= hsaLeft && align <= hsaRight) s->SetAlignment(TWgSAlignment(align));
     }
     EndUpdate();
     return true;

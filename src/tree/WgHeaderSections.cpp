@@ -113,6 +113,31 @@ void TWgHeaderSection::SetImageIndex(std::int32_t Value) {
     if (TWgHeaderModel* header = Header()) header->Repaint(this);
 }
 
+void TWgHeaderSection::SetStyle(TWgSectionStyle Value) {
+    if (Value == Style) return;
+    Style = Value;
+    AutoSizeChanged();
+    if (TWgHeaderModel* header = Header()) {
+        header->SectionChanged(this, scmStyle);
+        header->Repaint(this);
+    }
+}
+
+void TWgHeaderSection::SetAlignment(TWgSAlignment Value) {
+    if (Value == Alignment) return;
+    Alignment = Value;
+    if (TWgHeaderModel* header = Header()) {
+        header->SectionChanged(this, scmAlign);
+        header->Repaint(this);
+    }
+}
+
+void TWgHeaderSection::SetFieldType(TWgFieldType Value) {
+    if (Value == FieldType) return;
+    FieldType = Value;
+    if (TWgHeaderModel* header = Header()) header->SectionChanged(this, scmFieldType);
+}
+
 void TWgHeaderSection::SetLookupEnabled(bool Value) {
     if (Value == FLookupEnabled) return;
     FLookupEnabled = Value;

@@ -98,6 +98,12 @@ public:
     void SetExpandedRaw(bool Value) { FExpanded = Value; }
     std::int32_t ImageIndex() const { return FImageIndex; }
     void SetImageIndex(std::int32_t Value);
+    // Style, Alignment and FieldType as a program changes them: the header
+    // repaints the section and reports the change. The fields themselves are
+    // what loading fills, without reports.
+    void SetStyle(TWgSectionStyle Value);
+    void SetAlignment(TWgSAlignment Value);
+    void SetFieldType(TWgFieldType Value);
     TWgSSortMode SortMode() const { return FSortMode; }
     void SetSortMode(TWgSSortMode Value);
     void SetSortModeRaw(TWgSSortMode Value) { FSortMode = Value; }

@@ -105,8 +105,21 @@ TEST(HeaderStorage, ChangesAreReportedAndLoadingResolvesPopupsAndHeight) {
     t.S2->SetVisible(false);
     t.S2->SetParentSection(t.S0);
     t.S0->SetWidth(90);
-    EXPECT_EQ(changes, (std::vector<std::pair<int, TSectionChangeMode>>{
-                           {1, scmText}, {2, scmVisible}, {2, scmParent}, {0, scmWidth}}));
+    t.S1->SetStyle(elhsOwnerDraw);
+    t.S1->SetStyle(elhsOwnerDraw);
+    t.S0->SetAlignment(hsaCenter);
+    t.S2->SetFieldType(sftNumber);
+    t.S2->SetFieldType(sftNumber);
+    EXPECT_EQ(changes, (std::vector<std::pair<int, TSectionChangeMode>>{{1, scmText},
+                                                                         {2, scmVisible},
+                                                                         {2, scmParent},
+                                                                         {0, scmWidth},
+                                                                         {1, scmStyle},
+                                                                         {0, scmAlign},
+                                                                         {2, scmFieldType}}));
+    EXPECT_EQ(t.S1->Style, elhsOwnerDraw);
+    EXPECT_EQ(t.S0->Alignment, hsaCenter);
+    EXPECT_EQ(t.S2->FieldType, sftNumber);
 
     t.S1->SetPopupName("ValueMenu");
     int menu = 0;
