@@ -8,6 +8,8 @@
 #include "base/Strings.h"
 #include "wide/CodePage.h"
 
+#include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -32,30 +34,69 @@ WideString QuoteEscape(const WideString& S) {
 
 // Collects lines ended by CR LF, converted to the system code page as they
 // come, in chunks of about a megabyte, so that a large text never exists in
-// wide form and never sits in a buffer twice its size.
+// wide form and never sits in a buffer twice its size. Plain ASCII is copied
+// straight into the chunk when the code page keeps it as it is.
 class TLineSink {
 public:
-    TLineSink() : FCodePage(SystemCodePage()) { FChunks.emplace_back().reserve(ChunkSize); }
+    TLineSink() : FCodePage(SystemCodePage()), FAscii(FCodePage.AsciiIdentity()) {
+        NewChunk(0);
+    }
     void Line(WideView Text) {
-        FCodePage.EncodeAppend(Text, FChunks.back());
+        Put(Text);
         EndLine();
     }
     void Line(WideView First, WideView Second) {
-        FCodePage.EncodeAppend(First, FChunks.back());
-        Line(Second);
+        Put(First);
+        Put(Second);
+        EndLine();
     }
     void Blank() { EndLine(); }
-    const std::vector<AnsiString>& Chunks() const { return FChunks; }
+    // The chunks in order, each holding exactly its bytes.
+    std::vector<AnsiString>& Finish() {
+        FChunks.back().resize(FUsed);
+        return FChunks;
+    }
 
 private:
     static constexpr std::size_t ChunkSize = 1 << 20;
+
+    // Room for Bytes more bytes in the current chunk.
+    char* Room(std::size_t Bytes) {
+        if (FChunks.back().size() - FUsed < Bytes) NewChunk(Bytes);
+        return FChunks.back().data() + FUsed;
+    }
+    void NewChunk(std::size_t AtLeast) {
+        if (!FChunks.empty()) FChunks.back().resize(FUsed);
+        FChunks.emplace_back(std::max(ChunkSize, AtLeast), '\0');
+        FUsed = 0;
+    }
+    void Put(WideView Text) {
+        std::size_t i = 0;
+        if (FAscii) {
+            char* out = Room(Text.size());
+            const WideChar* in = Text.data();
+            for (; i < Text.size() && in[i] < 0x80; ++i)
+                out[i] = char(in[i]);
+            FUsed += i;
+            if (i == Text.size()) return;
+        }
+        FScratch.clear();
+        FCodePage.EncodeAppend(Text.substr(i), FScratch);
+        std::memcpy(Room(FScratch.size()), FScratch.data(), FScratch.size());
+        FUsed += FScratch.size();
+    }
     void EndLine() {
-        FChunks.back() += "\r\n";
-        if (FChunks.back().size() >= ChunkSize - 4096) FChunks.emplace_back().reserve(ChunkSize);
+        char* out = Room(2);
+        out[0] = '\r';
+        out[1] = '\n';
+        FUsed += 2;
     }
 
     const TCodePage& FCodePage;
-    std::vector<AnsiString> FChunks;
+    const bool FAscii;
+    std::vector<AnsiString> FChunks; // each filled up to FUsed, the last being written
+    std::size_t FUsed = 0;
+    AnsiString FScratch; // what the code page made of a line that is not plain ASCII
 };
 
 // Collects the same lines in wide form, for the checks that need to know
@@ -125,7 +166,7 @@ public:
             for (int j = 0; j < count; ++j) {
                 // As GetItemNameKind: past the end the name is empty and the kind stays.
                 if (j < items.Count()) {
-                    FKind = int(items.GetObject(j));
+                    FKind = int(items.ObjectAt(j));
                     FOut.Line(u"  ", TMenuList::ItemLeftView(items.Ref(j)));
                 } else {
                     FOut.Line(u"  ", WideView());
@@ -266,9 +307,17 @@ AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
     TLineSink sink;
     BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
+    std::vector<AnsiString>& chunks = sink.Finish();
+    if (chunks.size() == 1) return std::move(chunks.front());
+    std::size_t size = 0;
+    for (const auto& chunk : chunks)
+        size += chunk.size();
     AnsiString text;
-    for (const auto& chunk : sink.Chunks())
+    text.reserve(size);
+    for (auto& chunk : chunks) {
         text += chunk;
+        AnsiString().swap(chunk);
+    }
     return text;
 }
 
@@ -284,7 +333,7 @@ void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStr
     BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
     SaveFileSafely(FileName, [&](TStream& Stream) {
-        for (const auto& chunk : sink.Chunks())
+        for (const auto& chunk : sink.Finish())
             Stream.WriteBuffer(chunk.data(), std::int64_t(chunk.size()));
     });
 }

@@ -6,6 +6,8 @@
 #include "wide/CodePage.h"
 #include "wide/Utf.h"
 
+#include <algorithm>
+
 namespace {
 
 [[noreturn]] void ListError(const char* Message, int Index) {
@@ -365,7 +367,10 @@ int TWgWideStringList::AddObjectMove(WideString&& S, TObjectValue Object) {
     if (FSorted) return AddObject(S, Object);
     const int index = GetCount();
     InsertItemMove(index, std::move(S));
-    PutObject(index, Object);
+    // As AddObject: the object value goes in by a change of its own.
+    Changing();
+    FList.back().Obj = Object;
+    Changed();
     return index;
 }
 
@@ -385,7 +390,11 @@ void TWgWideStringList::Changing() {
 
 void TWgWideStringList::Grow() {
     int delta = FCapacity > 64 ? FCapacity / 4 : FCapacity > 8 ? 16 : 4;
-    SetCapacity(FCapacity + delta);
+    FCapacity += delta;
+    // The storage behind the reported capacity at least doubles, so a long
+    // list that is built by Add moves its entries a few times, not dozens.
+    if (std::size_t(FCapacity) > FList.capacity())
+        FList.reserve(std::max(std::size_t(FCapacity), FList.capacity() * 2));
 }
 
 void TWgWideStringList::InsertItem(int Index, const WideString& S) {

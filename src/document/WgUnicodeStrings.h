@@ -88,6 +88,8 @@ public:
     WideString Get(int Index) const override;
     // Reads a string without copying it; the index must be valid.
     const WideString& Ref(int Index) const { return FList[std::size_t(Index)].Str; }
+    // Reads an object value without the index check; the index must be valid.
+    TObjectValue ObjectAt(int Index) const { return FList[std::size_t(Index)].Obj; }
     int GetCapacity() const override { return FCapacity; }
     int GetCount() const override { return int(FList.size()); }
     TObjectValue GetObject(int Index) const override;
