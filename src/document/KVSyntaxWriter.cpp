@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <initializer_list>
 #include <vector>
 
 namespace {
@@ -28,7 +29,7 @@ WideString FullEscape(const WideString& S) {
     return ReplaceAll(r, u"'", u"\\'");
 }
 
-WideString QuoteEscape(const WideString& S) {
+WideString QuoteEscape(WideView S) {
     return ReplaceAll(S, u"\"", u"\\\"");
 }
 
@@ -48,6 +49,12 @@ public:
     void Line(WideView First, WideView Second) {
         Put(First);
         Put(Second);
+        EndLine();
+    }
+    // One line made of Parts in order.
+    void Parts(std::initializer_list<WideView> Parts) {
+        for (WideView part : Parts)
+            Put(part);
         EndLine();
     }
     void Blank() { EndLine(); }
@@ -109,6 +116,12 @@ public:
         WideString line;
         line.reserve(First.size() + Second.size());
         line.append(First).append(Second);
+        FLines.Add(line);
+    }
+    void Parts(std::initializer_list<WideView> Parts) {
+        WideString line;
+        for (WideView part : Parts)
+            line.append(part);
         FLines.Add(line);
     }
     void Blank() { FLines.Add(WideString()); }
@@ -240,19 +253,36 @@ private:
     }
 
     void Entry(const TMenuList& Menus, int I, int J, const char16_t* Prefix, bool LineBreaks) {
-        WideString name, text;
-        Menus.GetItemNameKind(I, J, name, FKind);
-        Menus.GetItemText(I, J, text);
-        name = QuoteEscape(name);
-        text = QuoteEscape(text);
-        if (LineBreaks) text = ReplaceAll(text, u"\r\n", u"#12");
+        // As GetItemNameKind and GetItemText: past the end the name and the
+        // text are empty and the kind stays as it was.
+        WideView name, text;
+        const TAListItem* menu = Menus.Menu(I);
+        if (menu && J >= 0 && J < menu->Items->Count()) {
+            const WideString& item = menu->Items->Ref(J);
+            name = TMenuList::ItemLeftView(item);
+            text = TMenuList::ItemRightView(item);
+            FKind = int(menu->Items->ObjectAt(J));
+        }
+        // Copies only where something is escaped or replaced.
+        WideString escapedName, escapedText;
+        if (name.find(u'"') != WideView::npos) {
+            escapedName = QuoteEscape(name);
+            name = escapedName;
+        }
+        if (text.find(u'"') != WideView::npos) {
+            escapedText = QuoteEscape(text);
+            text = escapedText;
+        }
+        if (LineBreaks && text.find(u"\r\n") != WideView::npos) {
+            escapedText = ReplaceAll(text, u"\r\n", u"#12");
+            text = escapedText;
+        }
         const WideChar letter = KindIndexToLetter(FKind);
-        WideString line = Prefix;
-        line += u"->\"" + name + u"\"";
-        if (!text.empty() && text != name) line += u" | \"" + text + u"\"";
-        line += u" + ";
-        line += letter;
-        FOut.Line(line);
+        const WideView letterView(&letter, 1);
+        if (!text.empty() && text != name)
+            FOut.Parts({Prefix, u"->\"", name, u"\" | \"", text, u"\" + ", letterView});
+        else
+            FOut.Parts({Prefix, u"->\"", name, u"\" + ", letterView});
     }
 
     Sink& FOut;

@@ -57,7 +57,8 @@ bool TTextLines::Load(TStream& Stream, TTextEncoding& Encoding) {
                 std::uint8_t(FBytes[1]) == 187 && std::uint8_t(FBytes[2]) == 191;
         if (FUtf8) FBytes.erase(0, 3);
         Encoding = FUtf8 ? teUtf8 : teAnsi;
-        FNarrow = FUtf8 || SystemCodePage().SplitsOnBytes();
+        FCodePage = &SystemCodePage();
+        FNarrow = FUtf8 || FCodePage->SplitsOnBytes();
         if (FNarrow) {
             Index(FBytes.data(), FBytes.size());
             return true;
@@ -97,7 +98,7 @@ void TTextLines::Line(int Index, WideString& Out) const {
         if (FUtf8)
             DecodeUtf8LenientTo(bytes, Out);
         else
-            SystemCodePage().DecodeTo(bytes, Out);
+            FCodePage->DecodeTo(bytes, Out);
         return;
     }
     const std::size_t end = EndOf(FWide.data(), Index);

@@ -5,6 +5,7 @@
 // large file never exists twice in memory.
 
 #include "document/KVWideStrings.h"
+#include "wide/CodePage.h"
 
 #include <cstdint>
 #include <cstring>
@@ -83,6 +84,7 @@ private:
     std::string FBytes; // narrow text, decoded line by line
     WideString FWide;   // or text decoded whole
     bool FNarrow = false;
+    const TCodePage* FCodePage = nullptr; // decodes narrow text that is not UTF-8
     bool FUtf8 = false;
     std::vector<std::uint32_t> FStarts; // and one past the last line: the text's size
 };
