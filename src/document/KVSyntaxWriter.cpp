@@ -60,7 +60,7 @@ public:
     void Blank() { EndLine(); }
     // The chunks in order, each holding exactly its bytes.
     std::vector<AnsiString>& Finish() {
-        FChunks.back().resize(FUsed);
+        CloseChunk();
         return FChunks;
     }
 
@@ -69,41 +69,56 @@ private:
 
     // Room for Bytes more bytes in the current chunk.
     char* Room(std::size_t Bytes) {
-        if (FChunks.back().size() - FUsed < Bytes) NewChunk(Bytes);
-        return FChunks.back().data() + FUsed;
+        if (std::size_t(FEnd - FPos) < Bytes) NewChunk(Bytes);
+        return FPos;
+    }
+    void CloseChunk() {
+        if (!FChunks.empty()) FChunks.back().resize(std::size_t(FPos - FChunks.back().data()));
     }
     void NewChunk(std::size_t AtLeast) {
-        if (!FChunks.empty()) FChunks.back().resize(FUsed);
-        FChunks.emplace_back(std::max(ChunkSize, AtLeast), '\0');
-        FUsed = 0;
+        CloseChunk();
+        AnsiString& chunk = FChunks.emplace_back(std::max(ChunkSize, AtLeast), '\0');
+        FPos = chunk.data();
+        FEnd = FPos + chunk.size();
     }
     void Put(WideView Text) {
-        std::size_t i = 0;
+        const std::size_t n = Text.size();
+        const WideChar* in = Text.data();
         if (FAscii) {
-            char* out = Room(Text.size());
-            const WideChar* in = Text.data();
-            for (; i < Text.size() && in[i] < 0x80; ++i)
-                out[i] = char(in[i]);
-            FUsed += i;
-            if (i == Text.size()) return;
+            // Two plain loops that the compiler can widen: is it all ASCII,
+            // then the copy.
+            WideChar all = 0;
+            for (std::size_t i = 0; i < n; ++i)
+                all |= in[i];
+            if (all < 0x80) {
+                char* out = Room(n);
+                for (std::size_t i = 0; i < n; ++i)
+                    out[i] = char(in[i]);
+                FPos += n;
+                return;
+            }
         }
+        PutEncoded(Text);
+    }
+    void PutEncoded(WideView Text) {
         FScratch.clear();
-        FCodePage.EncodeAppend(Text.substr(i), FScratch);
+        FCodePage.EncodeAppend(Text, FScratch);
         std::memcpy(Room(FScratch.size()), FScratch.data(), FScratch.size());
-        FUsed += FScratch.size();
+        FPos += FScratch.size();
     }
     void EndLine() {
         char* out = Room(2);
         out[0] = '\r';
         out[1] = '\n';
-        FUsed += 2;
+        FPos += 2;
     }
 
     const TCodePage& FCodePage;
     const bool FAscii;
-    std::vector<AnsiString> FChunks; // each filled up to FUsed, the last being written
-    std::size_t FUsed = 0;
-    AnsiString FScratch; // what the code page made of a line that is not plain ASCII
+    std::vector<AnsiString> FChunks; // the last one is being written, up to FPos
+    char* FPos = nullptr;
+    char* FEnd = nullptr;
+    AnsiString FScratch; // what the code page made of a text that is not plain ASCII
 };
 
 // Collects the same lines in wide form, for the checks that need to know

@@ -54,7 +54,7 @@ void TMenuList::AddMenuItem(int MenuIndex, WideView Name, int Kind, WideView Tex
     if (!MenuInRange(MenuIndex)) return;
     WideString item;
     item.reserve(Name.size() + 3 + Text.size());
-    item.append(Name).append(u" | ").append(Text);
+    item.append(Name).append(u" | ", 3).append(Text);
     FList[std::size_t(MenuIndex)]->Items->AddObjectMove(std::move(item), Kind);
 }
 

@@ -7,6 +7,7 @@
 #include "document/KVWideStrings.h"
 #include "wide/CodePage.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -22,23 +23,27 @@ inline std::size_t LineEnd(const char16_t* Data, std::size_t Start, std::size_t 
 }
 
 inline std::size_t LineEnd(const char* Data, std::size_t Start, std::size_t Size) {
-    // Eight bytes at a time: a word without a byte below 14 holds no
-    // terminator. A word that has one (a tab will do) is looked at bytewise.
+    // Eight bytes at a time: the lowest byte below 14 in a word is found
+    // exactly (a borrow only runs upwards from it); a tab or another control
+    // character there is passed over.
     constexpr std::uint64_t Ones = 0x0101010101010101u, Highs = 0x8080808080808080u;
+    constexpr bool Little = std::endian::native == std::endian::little;
     std::size_t p = Start;
-    while (p < Size) {
-        if (Size - p >= 8) {
-            std::uint64_t x;
-            std::memcpy(&x, Data + p, 8);
-            if (((x - Ones * 14) & ~x & Highs) == 0) {
-                p += 8;
-                continue;
-            }
+    while (Little && Size - p >= 8) {
+        std::uint64_t x;
+        std::memcpy(&x, Data + p, 8);
+        const std::uint64_t low = (x - Ones * 14) & ~x & Highs;
+        if (low == 0) {
+            p += 8;
+            continue;
         }
-        for (const std::size_t stop = p + 8 < Size ? p + 8 : Size; p < stop; ++p)
-            if (Data[p] == '\r' || Data[p] == '\n') return p;
+        p += std::size_t(std::countr_zero(low)) / 8;
+        if (Data[p] == '\r' || Data[p] == '\n') return p;
+        ++p;
     }
-    return Size;
+    while (p < Size && Data[p] != '\r' && Data[p] != '\n')
+        ++p;
+    return p;
 }
 
 // Calls Line(start, length) for each line of Data: a line runs to the next
