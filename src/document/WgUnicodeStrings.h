@@ -121,6 +121,8 @@ protected:
 
 private:
     struct TEntry {
+        TEntry() = default;
+        TEntry(WideString&& AStr, TObjectValue AObj) : Str(std::move(AStr)), Obj(AObj) {}
         WideString Str;
         TObjectValue Obj = 0;
     };
