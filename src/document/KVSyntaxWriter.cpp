@@ -47,6 +47,17 @@ public:
         EndLine();
     }
     void Line(WideView First, WideView Second) {
+        // The common line of a save, an indented keyword: one check of room.
+        const std::size_t n = First.size() + Second.size();
+        if (FAscii && IsAscii(First) && IsAscii(Second)) {
+            char* out = Room(n + 2);
+            Narrow(First, out);
+            Narrow(Second, out + First.size());
+            out[n] = '\r';
+            out[n + 1] = '\n';
+            FPos += n + 2;
+            return;
+        }
         Put(First);
         Put(Second);
         EndLine();
@@ -81,22 +92,22 @@ private:
         FPos = chunk.data();
         FEnd = FPos + chunk.size();
     }
+    // Two plain loops that the compiler can widen: is it all ASCII, then the copy.
+    static bool IsAscii(WideView Text) {
+        WideChar all = 0;
+        for (WideChar c : Text)
+            all |= c;
+        return all < 0x80;
+    }
+    static void Narrow(WideView Text, char* Out) {
+        for (std::size_t i = 0; i < Text.size(); ++i)
+            Out[i] = char(Text[i]);
+    }
     void Put(WideView Text) {
-        const std::size_t n = Text.size();
-        const WideChar* in = Text.data();
-        if (FAscii) {
-            // Two plain loops that the compiler can widen: is it all ASCII,
-            // then the copy.
-            WideChar all = 0;
-            for (std::size_t i = 0; i < n; ++i)
-                all |= in[i];
-            if (all < 0x80) {
-                char* out = Room(n);
-                for (std::size_t i = 0; i < n; ++i)
-                    out[i] = char(in[i]);
-                FPos += n;
-                return;
-            }
+        if (FAscii && IsAscii(Text)) {
+            Narrow(Text, Room(Text.size()));
+            FPos += Text.size();
+            return;
         }
         PutEncoded(Text);
     }
