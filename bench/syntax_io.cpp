@@ -52,25 +52,31 @@ void Count(std::size_t Bytes) {
 
 void* operator new(std::size_t Size) {
     void* p = std::malloc(Size + 16);
-    if (!p)
-        throw std::bad_alloc();
+    if (!p) throw std::bad_alloc();
     const bool counted = gCounting.load(std::memory_order_relaxed);
     static_cast<std::size_t*>(p)[0] = counted ? Size : 0;
-    if (counted)
-        Count(Size);
+    if (counted) Count(Size);
     return static_cast<char*>(p) + 16;
 }
 
 void operator delete(void* P) noexcept {
-    if (!P)
-        return;
+    if (!P) return;
     void* base = static_cast<char*>(P) - 16;
-    if (const std::size_t size = *static_cast<std::size_t*>(base))
-        gInUse.fetch_sub(size);
+    if (const std::size_t size = *static_cast<std::size_t*>(base)) gInUse.fetch_sub(size);
+#if defined(__GNUC__) && !defined(__clang__)
+// The block came from malloc in operator new above; the compiler cannot see that.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
     std::free(base);
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
 }
 
-void operator delete(void* P, std::size_t) noexcept { operator delete(P); }
+void operator delete(void* P, std::size_t) noexcept {
+    operator delete(P);
+}
 
 namespace {
 

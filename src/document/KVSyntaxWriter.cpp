@@ -39,9 +39,7 @@ WideString QuoteEscape(WideView S) {
 // straight into the chunk when the code page keeps it as it is.
 class TLineSink {
 public:
-    TLineSink() : FCodePage(SystemCodePage()), FAscii(FCodePage.AsciiIdentity()) {
-        NewChunk(0);
-    }
+    TLineSink() : FCodePage(SystemCodePage()), FAscii(FCodePage.AsciiIdentity()) { NewChunk(0); }
     void Line(WideView Text) {
         Put(Text);
         EndLine();
@@ -364,7 +362,10 @@ AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
     BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
     std::vector<AnsiString>& chunks = sink.Finish();
-    if (chunks.size() == 1) return std::move(chunks.front());
+    if (chunks.size() == 1) {
+        chunks.front().shrink_to_fit(); // a small text keeps no megabyte behind it
+        return std::move(chunks.front());
+    }
     std::size_t size = 0;
     for (const auto& chunk : chunks)
         size += chunk.size();

@@ -16,8 +16,7 @@
 // The index of the first carriage return or line feed at or after Start, or Size.
 inline std::size_t LineEnd(const char16_t* Data, std::size_t Start, std::size_t Size) {
     // Both terminators stand below 14: one compare passes over nearly every character.
-    while (Start < Size &&
-           (Data[Start] > u'\r' || (Data[Start] != u'\r' && Data[Start] != u'\n')))
+    while (Start < Size && (Data[Start] > u'\r' || (Data[Start] != u'\r' && Data[Start] != u'\n')))
         ++Start;
     return Start;
 }

@@ -22,11 +22,21 @@ void FillMixed(TSyntaxDocument& Doc) {
     for (int i = 0; i < 150000; ++i) {
         const WideString n = WideString(u"kw") + char16_t(u'a' + i % 26);
         switch (i % 5) {
-        case 0: Doc.Keywords->AddMenuItem(0, n, KindNone, u""); break;
-        case 1: Doc.Keywords->AddMenuItem(0, n + u"caf\u00e9", KindNone, u""); break;
-        case 2: Doc.Keywords->AddMenuItem(0, u"\u4e2d" + n, KindNone, u""); break;
-        case 3: Doc.Keywords->AddMenuItem(0, n + u"\U0001F600x", KindNone, u""); break;
-        default: Doc.Keywords->AddMenuItem(0, u"\u00e9" + n + u"\u00e9", KindNone, u""); break;
+        case 0:
+            Doc.Keywords->AddMenuItem(0, n, KindNone, u"");
+            break;
+        case 1:
+            Doc.Keywords->AddMenuItem(0, n + u"caf\u00e9", KindNone, u"");
+            break;
+        case 2:
+            Doc.Keywords->AddMenuItem(0, u"\u4e2d" + n, KindNone, u"");
+            break;
+        case 3:
+            Doc.Keywords->AddMenuItem(0, n + u"\U0001F600x", KindNone, u"");
+            break;
+        default:
+            Doc.Keywords->AddMenuItem(0, u"\u00e9" + n + u"\u00e9", KindNone, u"");
+            break;
         }
     }
     Doc.AutoComplete->AddMenu(u"obj.");

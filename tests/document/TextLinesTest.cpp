@@ -35,8 +35,8 @@ template <typename Str> std::vector<Str> ReferenceLines(const Str& Text) {
 // eight-byte words the splitter scans.
 std::vector<std::string> SampleTexts() {
     static const char alphabet[] = {'a', 'b', ' ', '\t', '\r', '\n', '\0', '\x0b', '\xe9', ';'};
-    std::vector<std::string> texts = {"", "\r", "\n", "\r\n", "\n\r", "abcdefgh\r\n",
-                                      "abcdefg\t\r\nx", "12345678901234567"};
+    std::vector<std::string> texts = {
+        "", "\r", "\n", "\r\n", "\n\r", "abcdefgh\r\n", "abcdefg\t\r\nx", "12345678901234567"};
     unsigned seed = 7;
     for (int t = 0; t < 3000; ++t) {
         seed = seed * 1103515245u + 12345u;
