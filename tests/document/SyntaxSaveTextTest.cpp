@@ -72,13 +72,18 @@ TEST(SyntaxSaveText, IsTheWideLinesInTheCodePage) {
     const std::string text = doc.SaveText();
     ASSERT_EQ(text.size(), expected.size());
     EXPECT_TRUE(text == expected);
-    // The oracle itself: the code page's own replacements are in it.
-    EXPECT_NE(expected.find("  kwbcaf\xe9\r\n"), std::string::npos);
-    EXPECT_NE(expected.find("  ?kwc\r\n"), std::string::npos);
-    EXPECT_NE(expected.find("  kwd?x\r\n"), std::string::npos);
-    EXPECT_NE(expected.find("->\"na\xefve\" | \"x \\\"y\\\" \x80\" + f\r\n"), std::string::npos);
-    EXPECT_NE(expected.find("->\"same\" + t\r\n"), std::string::npos);
-    EXPECT_NE(expected.find("->\"run\" | \"one#12two \xe9\" + m\r\n"), std::string::npos);
+    // The oracle itself: the code page's own replacements are in it (the
+    // bytes below are those of the default code page; others are compared
+    // by the equality above only).
+    if (SystemCodePage().Number() == 1252) {
+        EXPECT_NE(expected.find("  kwbcaf\xe9\r\n"), std::string::npos);
+        EXPECT_NE(expected.find("  ?kwc\r\n"), std::string::npos);
+        EXPECT_NE(expected.find("  kwd?x\r\n"), std::string::npos);
+        EXPECT_NE(expected.find("->\"na\xefve\" | \"x \\\"y\\\" \x80\" + f\r\n"),
+                  std::string::npos);
+        EXPECT_NE(expected.find("->\"same\" + t\r\n"), std::string::npos);
+        EXPECT_NE(expected.find("->\"run\" | \"one#12two \xe9\" + m\r\n"), std::string::npos);
+    }
 
     const fs::path file = fs::temp_directory_path() / "lexsmith-save-text-test.syx";
     doc.Save(file.string());
