@@ -43,6 +43,8 @@ constexpr WideChar Backslash = u'\\';
 
 // ---- small string steps shared by the helpers
 
+WideView TrimView(WideView S);
+
 void DeleteFirst(WideString& S, WideChar C) {
     auto p = S.find(C);
     if (p != WideString::npos) S.erase(p, 1);
@@ -53,20 +55,15 @@ void DeleteLast(WideString& S, WideChar C) {
     if (p != WideString::npos) S.erase(p, 1);
 }
 
-void CutAt(WideString& S, WideChar C) {
-    auto p = S.find(C);
-    if (p != WideString::npos) S.erase(p);
-}
-
 // Deletes the first backslash, repeatedly, while one is left and the text is
 // longer than one character; so a lone backslash is kept, and in general the
 // first min(count, length - 1) backslashes go.
-WideString DeleteBackslashes(const WideString& S) {
+WideString DeleteBackslashes(WideView S) {
     std::size_t total = 0;
     for (auto c : S)
         total += c == Backslash;
     std::size_t drop = S.size() > 1 ? std::min(total, S.size() - 1) : 0;
-    if (drop == 0) return S;
+    if (drop == 0) return WideString(S);
     WideString r;
     r.reserve(S.size() - drop);
     for (auto c : S) {
@@ -79,12 +76,31 @@ WideString DeleteBackslashes(const WideString& S) {
     return r;
 }
 
+// Trim(DeleteBackslashes(S)), copying only what is kept.
+WideString DeleteBackslashesTrimmed(WideView S) {
+    if (S.find(Backslash) == WideView::npos) return WideString(TrimView(S));
+    WideString r = DeleteBackslashes(S);
+    const WideView kept = TrimView(r);
+    if (kept.size() == r.size()) return r;
+    return WideString(kept);
+}
+
+// S less its first double quote and, if another follows, its last one.
+WideString WithoutOuterQuotes(WideView S) {
+    const std::size_t first = S.find(Quote);
+    if (first == WideView::npos) return WideString(S);
+    const std::size_t last = S.rfind(Quote);
+    WideString r;
+    r.reserve(S.size());
+    r.append(S.substr(0, first));
+    if (last == first) return r.append(S.substr(first + 1));
+    return r.append(S.substr(first + 1, last - first - 1)).append(S.substr(last + 1));
+}
+
 bool IsYes(const WideString& Value) {
     WideString low = WideLowerCase(Value);
     return low == u"yes" || low == u"y";
 }
-
-WideView TrimView(WideView S);
 
 // ---- section markers
 
@@ -144,7 +160,8 @@ WideView TrimView(WideView S) {
     return S.substr(b, e - b);
 }
 
-WideView StripLineCommentView(WideView S) {
+// HasQuote, when given, tells whether a double quote is left in the result.
+WideView StripLineCommentView(WideView S, bool* HasQuote = nullptr) {
     // One pass finds the quotes and the first of each comment form.
     constexpr std::size_t none = WideView::npos;
     std::size_t q1 = none, q2 = none, semicolon = none, slashes = none;
@@ -171,6 +188,7 @@ WideView StripLineCommentView(WideView S) {
             slashes = S.find(u"//"); // a pair cut in half by the ";" is no comment
     }
     if (slashes != none && outside(slashes)) S = S.substr(0, slashes);
+    if (HasQuote) *HasQuote = q1 < S.size(); // trimming never takes a quote
     return TrimView(S);
 }
 
@@ -372,6 +390,7 @@ private:
     bool FCommentCut = false; // the current line lost a comment to the stripping
     TSyntaxPart FWithin = spNone;
     WideView FText;
+    bool FHasQuote = false; // the current stripped line holds a double quote
 
     TSection FState = secNone;
     bool FBannerAllowed = true;
@@ -394,9 +413,10 @@ void TSyntaxReader::Run() {
     FFolds.Clear();
 
     WideString raw;
-    for (int i = 0; i < FLines.Count(); ++i) {
+    const int count = FLines.Count();
+    for (int i = 0; i < count; ++i) {
         FLines.Line(i, raw);
-        const WideView line = StripLineCommentView(raw);
+        const WideView line = StripLineCommentView(raw, &FHasQuote);
         if (FObserver) {
             FLine = i;
             FSteps = 0;
@@ -605,7 +625,7 @@ void TSyntaxReader::GroupLine(WideView Line, bool IsTags) {
         return;
     }
     // Without a quote the value is the (already trimmed) line itself.
-    const bool plain = Line.find(Quote) == WideView::npos && (Line.empty() || Line[0] != u'>');
+    const bool plain = !FHasQuote && (Line.empty() || Line[0] != u'>');
     if (plain && !Line.empty() && !IsTags && !FNewKeywordGroup) {
         FKeywords.AddMenuItem(FKeywordsCounter - 1, Line, KindNone, WideView());
         NoteItem(FKeywords, spKeywords, FKeywordsCounter - 1);
@@ -768,35 +788,35 @@ WideString GetKeywordValue(WideView S) {
 }
 
 WideString GetEntryName(WideView S) {
-    WideString s = Trim(S);
-    CutAt(s, u'|');
-    CutAt(s, u'+');
-    auto first = s.find(Quote);
-    if (first != WideString::npos) s.erase(0, first + 1);
-    auto last = s.rfind(Quote);
-    if (last != WideString::npos) s.erase(last);
-    return Trim(DeleteBackslashes(Trim(s)));
+    WideView s = TrimView(S);
+    s = s.substr(0, s.find(u'|'));
+    s = s.substr(0, s.find(u'+'));
+    if (auto first = s.find(Quote); first != WideView::npos) s.remove_prefix(first + 1);
+    if (auto last = s.rfind(Quote); last != WideView::npos) s = s.substr(0, last);
+    return DeleteBackslashesTrimmed(TrimView(s));
 }
 
 WideString GetEntryText(WideView S) {
-    WideString s = Trim(S);
-    auto bar = s.find(u'|');
-    if (bar == WideString::npos) return {};
-    s.erase(0, bar + 1);
-    CutAt(s, u'+');
-    DeleteFirst(s, Quote);
-    DeleteLast(s, Quote);
-    s = ReplaceAll(Trim(s), u"#12", u"\r\n");
-    return Trim(DeleteBackslashes(s));
+    WideView v = TrimView(S);
+    auto bar = v.find(u'|');
+    if (bar == WideView::npos) return {};
+    v.remove_prefix(bar + 1);
+    v = v.substr(0, v.find(u'+'));
+    WideString s = WithoutOuterQuotes(v);
+    WideView t = TrimView(s);
+    if (t.find(u"#12") != WideView::npos) {
+        s = ReplaceAll(t, u"#12", u"\r\n");
+        t = s;
+    }
+    return DeleteBackslashesTrimmed(t);
 }
 
 WideChar GetEntryKind(WideView S) {
-    WideString s = Trim(S);
-    auto last = s.rfind(Quote);
-    if (last != WideString::npos) s.erase(0, last);
+    WideView s = TrimView(S);
+    if (auto last = s.rfind(Quote); last != WideView::npos) s.remove_prefix(last);
     auto plus = s.find(u'+');
-    if (plus == WideString::npos) return 0;
-    WideString tail = Trim(WideView(s).substr(plus + 1));
+    if (plus == WideView::npos) return 0;
+    const WideView tail = TrimView(s.substr(plus + 1));
     return tail.size() == 1 ? tail[0] : WideChar(0);
 }
 

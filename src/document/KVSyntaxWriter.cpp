@@ -8,6 +8,9 @@
 #include "base/Strings.h"
 #include "wide/CodePage.h"
 
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
 #include <vector>
 
 namespace {
@@ -26,36 +29,105 @@ WideString FullEscape(const WideString& S) {
     return ReplaceAll(r, u"'", u"\\'");
 }
 
-WideString QuoteEscape(const WideString& S) {
+WideString QuoteEscape(WideView S) {
     return ReplaceAll(S, u"\"", u"\\\"");
 }
 
 // Collects lines ended by CR LF, converted to the system code page as they
 // come, in chunks of about a megabyte, so that a large text never exists in
-// wide form and never sits in a buffer twice its size.
+// wide form and never sits in a buffer twice its size. Plain ASCII is copied
+// straight into the chunk when the code page keeps it as it is.
 class TLineSink {
 public:
-    TLineSink() : FCodePage(SystemCodePage()) { FChunks.emplace_back().reserve(ChunkSize); }
+    TLineSink() : FCodePage(SystemCodePage()), FAscii(FCodePage.AsciiIdentity()) { NewChunk(0); }
     void Line(WideView Text) {
-        FCodePage.EncodeAppend(Text, FChunks.back());
+        Put(Text);
         EndLine();
     }
     void Line(WideView First, WideView Second) {
-        FCodePage.EncodeAppend(First, FChunks.back());
-        Line(Second);
+        // The common line of a save, an indented keyword: one check of room.
+        const std::size_t n = First.size() + Second.size();
+        if (FAscii && IsAscii(First) && IsAscii(Second)) {
+            char* out = Room(n + 2);
+            Narrow(First, out);
+            Narrow(Second, out + First.size());
+            out[n] = '\r';
+            out[n + 1] = '\n';
+            FPos += n + 2;
+            return;
+        }
+        Put(First);
+        Put(Second);
+        EndLine();
+    }
+    // One line made of Parts in order.
+    void Parts(std::initializer_list<WideView> Parts) {
+        for (WideView part : Parts)
+            Put(part);
+        EndLine();
     }
     void Blank() { EndLine(); }
-    const std::vector<AnsiString>& Chunks() const { return FChunks; }
+    // The chunks in order, each holding exactly its bytes.
+    std::vector<AnsiString>& Finish() {
+        CloseChunk();
+        return FChunks;
+    }
 
 private:
     static constexpr std::size_t ChunkSize = 1 << 20;
+
+    // Room for Bytes more bytes in the current chunk.
+    char* Room(std::size_t Bytes) {
+        if (std::size_t(FEnd - FPos) < Bytes) NewChunk(Bytes);
+        return FPos;
+    }
+    void CloseChunk() {
+        if (!FChunks.empty()) FChunks.back().resize(std::size_t(FPos - FChunks.back().data()));
+    }
+    void NewChunk(std::size_t AtLeast) {
+        CloseChunk();
+        AnsiString& chunk = FChunks.emplace_back(std::max(ChunkSize, AtLeast), '\0');
+        FPos = chunk.data();
+        FEnd = FPos + chunk.size();
+    }
+    // Two plain loops that the compiler can widen: is it all ASCII, then the copy.
+    static bool IsAscii(WideView Text) {
+        WideChar all = 0;
+        for (WideChar c : Text)
+            all |= c;
+        return all < 0x80;
+    }
+    static void Narrow(WideView Text, char* Out) {
+        for (std::size_t i = 0; i < Text.size(); ++i)
+            Out[i] = char(Text[i]);
+    }
+    void Put(WideView Text) {
+        if (FAscii && IsAscii(Text)) {
+            Narrow(Text, Room(Text.size()));
+            FPos += Text.size();
+            return;
+        }
+        PutEncoded(Text);
+    }
+    void PutEncoded(WideView Text) {
+        FScratch.clear();
+        FCodePage.EncodeAppend(Text, FScratch);
+        std::memcpy(Room(FScratch.size()), FScratch.data(), FScratch.size());
+        FPos += FScratch.size();
+    }
     void EndLine() {
-        FChunks.back() += "\r\n";
-        if (FChunks.back().size() >= ChunkSize - 4096) FChunks.emplace_back().reserve(ChunkSize);
+        char* out = Room(2);
+        out[0] = '\r';
+        out[1] = '\n';
+        FPos += 2;
     }
 
     const TCodePage& FCodePage;
-    std::vector<AnsiString> FChunks;
+    const bool FAscii;
+    std::vector<AnsiString> FChunks; // the last one is being written, up to FPos
+    char* FPos = nullptr;
+    char* FEnd = nullptr;
+    AnsiString FScratch; // what the code page made of a text that is not plain ASCII
 };
 
 // Collects the same lines in wide form, for the checks that need to know
@@ -68,6 +140,12 @@ public:
         WideString line;
         line.reserve(First.size() + Second.size());
         line.append(First).append(Second);
+        FLines.Add(line);
+    }
+    void Parts(std::initializer_list<WideView> Parts) {
+        WideString line;
+        for (WideView part : Parts)
+            line.append(part);
         FLines.Add(line);
     }
     void Blank() { FLines.Add(WideString()); }
@@ -125,7 +203,7 @@ public:
             for (int j = 0; j < count; ++j) {
                 // As GetItemNameKind: past the end the name is empty and the kind stays.
                 if (j < items.Count()) {
-                    FKind = int(items.GetObject(j));
+                    FKind = int(items.ObjectAt(j));
                     FOut.Line(u"  ", TMenuList::ItemLeftView(items.Ref(j)));
                 } else {
                     FOut.Line(u"  ", WideView());
@@ -199,19 +277,36 @@ private:
     }
 
     void Entry(const TMenuList& Menus, int I, int J, const char16_t* Prefix, bool LineBreaks) {
-        WideString name, text;
-        Menus.GetItemNameKind(I, J, name, FKind);
-        Menus.GetItemText(I, J, text);
-        name = QuoteEscape(name);
-        text = QuoteEscape(text);
-        if (LineBreaks) text = ReplaceAll(text, u"\r\n", u"#12");
+        // As GetItemNameKind and GetItemText: past the end the name and the
+        // text are empty and the kind stays as it was.
+        WideView name, text;
+        const TAListItem* menu = Menus.Menu(I);
+        if (menu && J >= 0 && J < menu->Items->Count()) {
+            const WideString& item = menu->Items->Ref(J);
+            name = TMenuList::ItemLeftView(item);
+            text = TMenuList::ItemRightView(item);
+            FKind = int(menu->Items->ObjectAt(J));
+        }
+        // Copies only where something is escaped or replaced.
+        WideString escapedName, escapedText;
+        if (name.find(u'"') != WideView::npos) {
+            escapedName = QuoteEscape(name);
+            name = escapedName;
+        }
+        if (text.find(u'"') != WideView::npos) {
+            escapedText = QuoteEscape(text);
+            text = escapedText;
+        }
+        if (LineBreaks && text.find(u"\r\n") != WideView::npos) {
+            escapedText = ReplaceAll(text, u"\r\n", u"#12");
+            text = escapedText;
+        }
         const WideChar letter = KindIndexToLetter(FKind);
-        WideString line = Prefix;
-        line += u"->\"" + name + u"\"";
-        if (!text.empty() && text != name) line += u" | \"" + text + u"\"";
-        line += u" + ";
-        line += letter;
-        FOut.Line(line);
+        const WideView letterView(&letter, 1);
+        if (!text.empty() && text != name)
+            FOut.Parts({Prefix, u"->\"", name, u"\" | \"", text, u"\" + ", letterView});
+        else
+            FOut.Parts({Prefix, u"->\"", name, u"\" + ", letterView});
     }
 
     Sink& FOut;
@@ -266,9 +361,20 @@ AnsiString TKVSyntax::SaveSyntaxText(const TWgWideStringList& Header,
     TLineSink sink;
     BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
+    std::vector<AnsiString>& chunks = sink.Finish();
+    if (chunks.size() == 1) {
+        chunks.front().shrink_to_fit(); // a small text keeps no megabyte behind it
+        return std::move(chunks.front());
+    }
+    std::size_t size = 0;
+    for (const auto& chunk : chunks)
+        size += chunk.size();
     AnsiString text;
-    for (const auto& chunk : sink.Chunks())
+    text.reserve(size);
+    for (auto& chunk : chunks) {
         text += chunk;
+        AnsiString().swap(chunk);
+    }
     return text;
 }
 
@@ -284,7 +390,7 @@ void TKVSyntax::SaveSyntaxFile(const TWgWideStringList& Header, const TWgWideStr
     BuildSyntaxText(sink, Header, Options, Blocks, Folds, AutoHint, Sample, Keywords, Tags,
                     AutoComplete, TagComplete, UserMenu);
     SaveFileSafely(FileName, [&](TStream& Stream) {
-        for (const auto& chunk : sink.Chunks())
+        for (const auto& chunk : sink.Finish())
             Stream.WriteBuffer(chunk.data(), std::int64_t(chunk.size()));
     });
 }

@@ -21,9 +21,19 @@ WideString TMenuList::ItemLeft(const WideString& Item) {
     return WideString(ItemLeftView(Item));
 }
 
-WideString TMenuList::ItemRight(const WideString& Item) {
+WideView TMenuList::ItemRightView(const WideString& Item) {
     auto p = Item.find(Separator);
-    return p == WideString::npos ? WideString() : TrimSpaces(WideView(Item).substr(p + 1));
+    if (p == WideString::npos) return {};
+    WideView v = WideView(Item).substr(p + 1);
+    while (!v.empty() && v.front() == u' ')
+        v.remove_prefix(1);
+    while (!v.empty() && v.back() == u' ')
+        v.remove_suffix(1);
+    return v;
+}
+
+WideString TMenuList::ItemRight(const WideString& Item) {
+    return WideString(ItemRightView(Item));
 }
 
 TAListItem* TMenuList::Menu(int MenuIndex) const {
@@ -44,7 +54,7 @@ void TMenuList::AddMenuItem(int MenuIndex, WideView Name, int Kind, WideView Tex
     if (!MenuInRange(MenuIndex)) return;
     WideString item;
     item.reserve(Name.size() + 3 + Text.size());
-    item.append(Name).append(u" | ").append(Text);
+    item.append(Name).append(u" | ", 3).append(Text);
     FList[std::size_t(MenuIndex)]->Items->AddObjectMove(std::move(item), Kind);
 }
 

@@ -47,6 +47,7 @@ public:
     static WideString ItemLeft(const WideString& Item);
     static std::u16string_view ItemLeftView(const WideString& Item);
     static WideString ItemRight(const WideString& Item);
+    static std::u16string_view ItemRightView(const WideString& Item);
 
 private:
     bool MenuInRange(int MenuIndex) const { return MenuIndex >= 0 && MenuIndex < MenuCount(); }

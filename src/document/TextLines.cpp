@@ -14,14 +14,24 @@ constexpr std::uint16_t MarkBE = 65534; // the bytes 254, 255
 } // namespace
 
 template <typename Char> void TTextLines::Index(const Char* Data, std::size_t Size) {
-    // Counted first, so the offsets take exactly the memory they need.
-    std::size_t count = 0;
-    ForEachLine(Data, Size, [&count](std::size_t, std::size_t) { ++count; });
+    // One pass from a guess of the line count, growing by a quarter, so the
+    // offsets take little more memory than they need.
     FStarts.clear();
-    FStarts.reserve(count);
+    FStarts.reserve(Size / 16 + 16);
     ForEachLine(Data, Size, [this](std::size_t Start, std::size_t) {
+        if (FStarts.size() == FStarts.capacity()) FStarts.reserve(FStarts.size() / 4 * 5 + 16);
         FStarts.push_back(std::uint32_t(Start));
     });
+    // Past the last line, ForEachLine stands at the end of the text.
+    FStarts.push_back(std::uint32_t(Size));
+}
+
+template <typename Char> std::size_t TTextLines::EndOf(const Char* Data, int Index) const {
+    const std::size_t start = FStarts[std::size_t(Index)];
+    std::size_t end = FStarts[std::size_t(Index) + 1];
+    if (end > start && Data[end - 1] == Char('\n')) --end;
+    if (end > start && Data[end - 1] == Char('\r')) --end;
+    return end;
 }
 
 bool TTextLines::Load(TStream& Stream, TTextEncoding& Encoding) {
@@ -47,7 +57,8 @@ bool TTextLines::Load(TStream& Stream, TTextEncoding& Encoding) {
                 std::uint8_t(FBytes[1]) == 187 && std::uint8_t(FBytes[2]) == 191;
         if (FUtf8) FBytes.erase(0, 3);
         Encoding = FUtf8 ? teUtf8 : teAnsi;
-        FNarrow = FUtf8 || SystemCodePage().SplitsOnBytes();
+        FCodePage = &SystemCodePage();
+        FNarrow = FUtf8 || FCodePage->SplitsOnBytes();
         if (FNarrow) {
             Index(FBytes.data(), FBytes.size());
             return true;
@@ -82,14 +93,14 @@ bool TTextLines::Load(TStream& Stream, TTextEncoding& Encoding) {
 void TTextLines::Line(int Index, WideString& Out) const {
     const std::size_t start = FStarts[std::size_t(Index)];
     if (FNarrow) {
-        const std::size_t end = LineEnd(FBytes.data(), start, FBytes.size());
+        const std::size_t end = EndOf(FBytes.data(), Index);
         const std::string_view bytes(FBytes.data() + start, end - start);
         if (FUtf8)
             DecodeUtf8LenientTo(bytes, Out);
         else
-            SystemCodePage().DecodeTo(bytes, Out);
+            FCodePage->DecodeTo(bytes, Out);
         return;
     }
-    const std::size_t end = LineEnd(FWide.data(), start, FWide.size());
+    const std::size_t end = EndOf(FWide.data(), Index);
     Out.assign(FWide, start, end - start);
 }

@@ -6,6 +6,8 @@
 #include "wide/CodePage.h"
 #include "wide/Utf.h"
 
+#include <algorithm>
+
 namespace {
 
 [[noreturn]] void ListError(const char* Message, int Index) {
@@ -266,7 +268,7 @@ TWgWideStringList::~TWgWideStringList() {
 }
 
 void TWgWideStringList::CheckIndex(int Index) const {
-    if (Index < 0 || Index >= GetCount()) ListError(RtlMessages::SListIndexError, Index);
+    if (Index < 0 || Index >= int(FList.size())) ListError(RtlMessages::SListIndexError, Index);
 }
 
 WideString TWgWideStringList::Get(int Index) const {
@@ -363,9 +365,12 @@ void TWgWideStringList::Insert(int Index, const WideString& S) {
 
 int TWgWideStringList::AddObjectMove(WideString&& S, TObjectValue Object) {
     if (FSorted) return AddObject(S, Object);
-    const int index = GetCount();
+    const int index = int(FList.size());
     InsertItemMove(index, std::move(S));
-    PutObject(index, Object);
+    // As AddObject: the object value goes in by a change of its own.
+    Changing();
+    FList.back().Obj = Object;
+    Changed();
     return index;
 }
 
@@ -385,7 +390,12 @@ void TWgWideStringList::Changing() {
 
 void TWgWideStringList::Grow() {
     int delta = FCapacity > 64 ? FCapacity / 4 : FCapacity > 8 ? 16 : 4;
-    SetCapacity(FCapacity + delta);
+    FCapacity += delta;
+    // The storage behind the reported capacity grows by half at least, so a
+    // long list that is built by Add moves its entries twice or so, not a
+    // dozen times, and holds no more than half as many again as it needs.
+    if (std::size_t(FCapacity) > FList.capacity())
+        FList.reserve(std::max(std::size_t(FCapacity), FList.capacity() / 2 * 3));
 }
 
 void TWgWideStringList::InsertItem(int Index, const WideString& S) {
@@ -394,9 +404,9 @@ void TWgWideStringList::InsertItem(int Index, const WideString& S) {
 
 void TWgWideStringList::InsertItemMove(int Index, WideString&& S) {
     Changing();
-    if (GetCount() == FCapacity) Grow();
-    if (Index == GetCount())
-        FList.push_back(TEntry{std::move(S), 0});
+    if (int(FList.size()) == FCapacity) Grow();
+    if (std::size_t(Index) == FList.size())
+        FList.emplace_back(std::move(S), 0);
     else
         FList.insert(FList.begin() + Index, TEntry{std::move(S), 0});
     Changed();

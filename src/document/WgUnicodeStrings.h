@@ -88,6 +88,8 @@ public:
     WideString Get(int Index) const override;
     // Reads a string without copying it; the index must be valid.
     const WideString& Ref(int Index) const { return FList[std::size_t(Index)].Str; }
+    // Reads an object value without the index check; the index must be valid.
+    TObjectValue ObjectAt(int Index) const { return FList[std::size_t(Index)].Obj; }
     int GetCapacity() const override { return FCapacity; }
     int GetCount() const override { return int(FList.size()); }
     TObjectValue GetObject(int Index) const override;
@@ -119,6 +121,8 @@ protected:
 
 private:
     struct TEntry {
+        TEntry() = default;
+        TEntry(WideString&& AStr, TObjectValue AObj) : Str(std::move(AStr)), Obj(AObj) {}
         WideString Str;
         TObjectValue Obj = 0;
     };

@@ -43,6 +43,7 @@ public:
             Out[i] = FToWide[std::uint8_t(Bytes[i])];
     }
     bool SplitsOnBytes() const override { return FSplitsOnBytes; }
+    bool AsciiIdentity() const override { return FAsciiIdentity; }
     AnsiString Encode(std::u16string_view Text) const override {
         AnsiString out;
         EncodeAppend(Text, out);
@@ -103,6 +104,7 @@ public:
         DecodeUtf8LenientTo(Bytes, Out);
     }
     bool SplitsOnBytes() const override { return true; }
+    bool AsciiIdentity() const override { return true; }
     AnsiString Encode(std::u16string_view Text) const override {
         WideString clean(Text);
         for (std::size_t i = 0; i < clean.size(); ++i) {

@@ -28,6 +28,9 @@ public:
     // and nothing else decodes to either, so narrow text can be split into
     // lines before it is decoded.
     virtual bool SplitsOnBytes() const { return false; }
+    // True when every unit below 128 encodes to the byte of the same value,
+    // so that writers may copy plain ASCII straight through.
+    virtual bool AsciiIdentity() const { return false; }
 };
 
 // The code page with this Windows number, or null when the platform cannot
