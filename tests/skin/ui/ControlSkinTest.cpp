@@ -148,8 +148,9 @@ struct ControlSkinTest : ::testing::Test {
         Window.show();
         Window.winId();
         // Showing it may have attached it already, as it does in the program.
-        if (!Manager.FindForm(&Window))
+        if (!Manager.FindForm(&Window)) {
             EXPECT_TRUE(Manager.AddForm(&Window)) << "refused by test " << Manager.LastRefusal();
+        }
         TVeneerForm* veneer = Manager.FindForm(&Window);
         QCoreApplication::sendPostedEvents();
         return veneer;
@@ -352,9 +353,12 @@ TEST_F(ControlSkinTest, ScrollBarZonesPressesAndCells) {
         EXPECT_EQ(w.Zone, c.Zone) << c.Along;
         EXPECT_TRUE(w.Pressed);
         EXPECT_EQ(bar->value(), c.Value) << c.Along;
-        if (c.Zone == szFirstArrow) EXPECT_EQ(PixelOf(*bar, QPoint(1, 1)), Colour(kScroll, 2));
-        if (c.Zone == szLastArrow)
+        if (c.Zone == szFirstArrow) {
+            EXPECT_EQ(PixelOf(*bar, QPoint(1, 1)), Colour(kScroll, 2));
+        }
+        if (c.Zone == szLastArrow) {
             EXPECT_EQ(PixelOf(*bar, QPoint(bar->width() - 2, 1)), Colour(kScroll, 6));
+        }
         if (c.Zone == szThumb) {
             const TScrollBarGeometry now = w.Geometry();
             EXPECT_EQ(PixelOf(*bar, QPoint(now.ThumbTop + 1, 1)), Colour(kHThumb, 2));
