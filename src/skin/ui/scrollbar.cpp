@@ -19,7 +19,7 @@
 // ---- TWScrollbar
 
 TWScrollbar::TWScrollbar(TSkinControl& Owner, QScrollBar* Bar, int AMode)
-    : Mode(AMode), FOwner(Owner), FBar(Bar) {
+    : Mode(AMode), FOwner(Owner), FBar(Bar), FBarObject(Bar) {
     FHadHover = Bar->testAttribute(Qt::WA_Hover);
     Bar->setAttribute(Qt::WA_Hover, true); // the part under the mouse lights up
     Bar->installEventFilter(this);
@@ -95,7 +95,11 @@ void TWScrollbar::Paint(QPainter& Painter) {
 }
 
 bool TWScrollbar::eventFilter(QObject* Watched, QEvent* Event) {
-    if (Watched != FBar || !FOwner.Active || FOwner.State != scsRunning) return false;
+    // While the bar is being destroyed it is no scroll bar any more: its
+    // last events pass untouched.
+    if (Watched != FBarObject || !qobject_cast<QScrollBar*>(Watched) || !FOwner.Active ||
+        FOwner.State != scsRunning)
+        return false;
     const auto* skin = FOwner.Skin;
     if (!skin || !skin->ScrollbarMap || skin->ScrollbarMap->Map.Empty()) return false;
     switch (Event->type()) {

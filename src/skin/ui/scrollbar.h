@@ -39,6 +39,9 @@ protected:
 private:
     TSkinControl& FOwner;
     QPointer<QScrollBar> FBar;
+    // The bar as an object, to recognise its events also while it is being
+    // destroyed (it is no scroll bar any more then).
+    const QObject* FBarObject;
     bool FHadHover = false;
     QImage FWork; // the last picture, kept while nothing changed
     quint64 FWorkKey = 0;
