@@ -62,24 +62,6 @@ void DrawGlyph(TCanvas& Canvas, const TWgPopupMetrics& Metrics, const TWgMenuIte
                   images.TransparentColor);
 }
 
-void DrawArrow(TCanvas& Canvas, int X, int MidY, TColor Color) {
-    Canvas.SetPenColor(Color);
-    for (int i = 0; i < 4; ++i) {
-        Canvas.MoveTo(X + i, MidY - 3 + i);
-        Canvas.LineTo(X + i, MidY + 4 - i);
-    }
-}
-
-void DrawCheck(TCanvas& Canvas, int X, int Y, TColor Color) {
-    // A seven-pixel tick, three pixels thick.
-    Canvas.SetPenColor(Color);
-    for (int d = 0; d < 3; ++d) {
-        Canvas.MoveTo(X, Y + 2 + d);
-        Canvas.LineTo(X + 3, Y + 5 + d);
-        Canvas.LineTo(X + 8, Y + d);
-    }
-}
-
 // Caption with its accelerator underlined; Y is the top of the text.
 void DrawCaption(TCanvas& Canvas, int X, int Y, WideView Caption) {
     int hot = -1;
@@ -95,6 +77,23 @@ void DrawCaption(TCanvas& Canvas, int X, int Y, WideView Caption) {
 }
 
 } // namespace
+
+void DrawMenuArrow(TCanvas& Canvas, int X, int MidY, TColor Color) {
+    Canvas.SetPenColor(Color);
+    for (int i = 0; i < 4; ++i) {
+        Canvas.MoveTo(X + i, MidY - 3 + i);
+        Canvas.LineTo(X + i, MidY + 4 - i);
+    }
+}
+
+void DrawMenuCheck(TCanvas& Canvas, int X, int Y, TColor Color) {
+    Canvas.SetPenColor(Color);
+    for (int d = 0; d < 3; ++d) {
+        Canvas.MoveTo(X, Y + 2 + d);
+        Canvas.LineTo(X + 3, Y + 5 + d);
+        Canvas.LineTo(X + 8, Y + d);
+    }
+}
 
 TColor PopupMenuFaceColor() {
     return gFaceColor;
@@ -236,7 +235,7 @@ void PaintPopupMenu(TCanvas& Canvas, const TWgPopupLayout& Layout, const TWgPopu
                 Canvas.FrameRect(Bounds(glyphX - 2, glyphY - 2, Metrics.Images->Width() + 4,
                                         Metrics.Images->Height() + 4));
             } else {
-                DrawCheck(Canvas, glyphX + 4, glyphY + 4, textColor);
+                DrawMenuCheck(Canvas, glyphX + 4, glyphY + 4, textColor);
             }
         }
         if (hasGlyph) DrawGlyph(Canvas, Metrics, *item, glyphX, glyphY, selected);
@@ -258,6 +257,7 @@ void PaintPopupMenu(TCanvas& Canvas, const TWgPopupLayout& Layout, const TWgPopu
             const WideString text = ShortCutToText(item->ShortCutKey());
             Canvas.TextOut(Layout.ShortCutRight - Canvas.TextWidth(text), textY, text);
         }
-        if (item->Count() > 0) DrawArrow(Canvas, r.Right - 12, r.Top + r.Height() / 2, textColor);
+        if (item->Count() > 0)
+            DrawMenuArrow(Canvas, r.Right - 12, r.Top + r.Height() / 2, textColor);
     }
 }

@@ -13,6 +13,12 @@ TColor PopupMenuFaceColor();
 TColor PopupMenuShadeColor();
 void SetPopupMenuColors(TColor Face, TColor Shade);
 
+// The glyphs of a menu item, shared by plain and skinned menus: a
+// seven-pixel tick, three pixels thick, its box at X, Y; and the arrow of an
+// item with a sub-menu, its left edge at X, centred on MidY.
+void DrawMenuCheck(TCanvas& Canvas, int X, int Y, TColor Color);
+void DrawMenuArrow(TCanvas& Canvas, int X, int MidY, TColor Color);
+
 struct TWgPopupMetrics {
     const TWgImageList* Images = nullptr;
     // Glyphs of the selected item and of disabled items, by the same index;

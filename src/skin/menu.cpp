@@ -3,6 +3,8 @@
 #include "skin/bitmap.h"
 #include "skin/draw.h"
 
+#include "controls/WgPopupMenuLayout.h"
+
 #include <algorithm>
 
 // ---- menu windows
@@ -60,24 +62,6 @@ TMemoryBitmap Dither(int W, int H, TColor A, TColor B) {
     return d;
 }
 
-// A seven-pixel tick, three pixels thick, its box at X, Y.
-void DrawCheckMark(TCanvas& Canvas, int X, int Y, TColor Colour) {
-    Canvas.SetPenColor(Colour);
-    for (int d = 0; d < 3; ++d) {
-        Canvas.MoveTo(X, Y + 2 + d);
-        Canvas.LineTo(X + 3, Y + 5 + d);
-        Canvas.LineTo(X + 8, Y + d);
-    }
-}
-
-void DrawSubMenuArrow(TCanvas& Canvas, int X, int MidY, TColor Colour) {
-    Canvas.SetPenColor(Colour);
-    for (int i = 0; i < 4; ++i) {
-        Canvas.MoveTo(X + i, MidY - 3 + i);
-        Canvas.LineTo(X + i, MidY + 4 - i);
-    }
-}
-
 void DrawContent(TCanvas& Canvas, const TSkinDataModel& Skin, const TRect& R,
                  const TSkinMenuItem& Item, const TFont& Font, int ImageWidth, int ImageHeight) {
     const TColor text = MenuItemTextColour(Skin, Item.Enabled, Item.Selected);
@@ -96,7 +80,7 @@ void DrawContent(TCanvas& Canvas, const TSkinDataModel& Skin, const TRect& R,
         Canvas.Draw(box.Left + (box.Width() - g.Width()) / 2,
                     box.Top + (box.Height() - g.Height()) / 2, g, Item.GlyphTransparent);
     } else if (Item.Checked) {
-        DrawCheckMark(Canvas, box.Left + (box.Width() - 9) / 2 + 1,
+        DrawMenuCheck(Canvas, box.Left + (box.Width() - 9) / 2 + 1,
                       box.Top + (box.Height() - 8) / 2 + 1, Skin.ButtonText);
     }
 
@@ -113,7 +97,7 @@ void DrawContent(TCanvas& Canvas, const TSkinDataModel& Skin, const TRect& R,
         TRect s = Rect(box.Right + 3, R.Top, R.Right - 10, R.Bottom);
         Canvas.DrawText(Item.ShortCut, s, DT_SINGLELINE | DT_VCENTER | DT_RIGHT | DT_NOPREFIX);
     }
-    if (Item.SubMenu) DrawSubMenuArrow(Canvas, R.Right - 12, R.Top + R.Height() / 2, text);
+    if (Item.SubMenu) DrawMenuArrow(Canvas, R.Right - 12, R.Top + R.Height() / 2, text);
 }
 
 } // namespace
