@@ -2,6 +2,7 @@
 
 #include "app/SynEditor.h"
 #include "base/ui/Colors.h"
+#include "controls/ui/UniControls.h"
 #include "document/SyntaxDocument.h"
 #include "highlight/HighlightTheme.h"
 #include "skin/data.h"
@@ -48,10 +49,8 @@ void TSamplePreview::DocumentChanged() {
 }
 
 void TSamplePreview::keyPressEvent(QKeyEvent* Event) {
-    const Qt::KeyboardModifiers mods = Event->modifiers() & ~Qt::KeypadModifier;
-    if ((Event->key() == Qt::Key_Tab || Event->key() == Qt::Key_Backtab) &&
-        (mods & Qt::ControlModifier) && !(mods & Qt::AltModifier)) {
-        focusNextPrevChild(!(Event->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier)));
+    if (const int step = CtrlTabStep(Event)) {
+        focusNextPrevChild(step > 0);
         return;
     }
     QPlainTextEdit::keyPressEvent(Event);

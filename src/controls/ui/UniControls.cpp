@@ -281,14 +281,19 @@ TUniMemo::TUniMemo(QWidget* Parent) : QPlainTextEdit(Parent) {
     });
 }
 
-void TUniMemo::keyPressEvent(QKeyEvent* Event) {
+int CtrlTabStep(const QKeyEvent* Event) {
     const Qt::KeyboardModifiers mods = Event->modifiers() & ~Qt::KeypadModifier;
-    if ((Event->key() == Qt::Key_Tab || Event->key() == Qt::Key_Backtab) &&
-        (mods & Qt::ControlModifier) && !(mods & Qt::AltModifier)) {
-        const bool back = Event->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier);
+    if ((Event->key() != Qt::Key_Tab && Event->key() != Qt::Key_Backtab) ||
+        !(mods & Qt::ControlModifier) || (mods & Qt::AltModifier))
+        return 0;
+    return Event->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier) ? -1 : 1;
+}
+
+void TUniMemo::keyPressEvent(QKeyEvent* Event) {
+    if (const int step = CtrlTabStep(Event)) {
         // The editor's own focusNextPrevChild refuses while the text is
         // editable; the widget's walks the window's tab chain.
-        QWidget::focusNextPrevChild(!back);
+        QWidget::focusNextPrevChild(step > 0);
         return;
     }
     QPlainTextEdit::keyPressEvent(Event);

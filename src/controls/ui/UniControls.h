@@ -129,6 +129,12 @@ private:
     int FTag = 0;
 };
 
+class QKeyEvent;
+
+// Ctrl+Tab (1) and Ctrl+Shift+Tab (-1), which leave a text view whose own
+// Tab types or selects; 0 for any other key.
+int CtrlTabStep(const QKeyEvent* Event);
+
 class TUniMemo;
 
 // The lines of a memo: its text split on line feeds, where a final line
