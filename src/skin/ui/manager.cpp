@@ -191,20 +191,18 @@ bool TSkinManage::AddMenu(QWidget* Window) {
 
 void TSkinManage::RemoveMenu(QWidget* Window) {
     // Entries whose window is gone go too; they are never touched.
-    for (std::size_t i = MenuList.size(); i-- > 0;)
-        if (MenuList[i]->Handle() == Window || !MenuList[i]->Handle()) {
-            std::unique_ptr<TVeneerPopMenu> menu = std::move(MenuList[i]);
-            MenuList.erase(MenuList.begin() + std::ptrdiff_t(i));
-        }
-    if (MenuList.empty()) {
-        MenuKind = 0;
-        MenuTracking = false;
-    }
+    DropMenus(
+        [Window](const TVeneerPopMenu& Menu) { return Menu.Handle() == Window || !Menu.Handle(); });
 }
 
 void TSkinManage::RemoveMenus(const TSkinData* Data) {
+    DropMenus([Data](const TVeneerPopMenu& Menu) { return !Data || &Menu.Data() == Data; });
+}
+
+void TSkinManage::DropMenus(const std::function<bool(const TVeneerPopMenu&)>& Which) {
     for (std::size_t i = MenuList.size(); i-- > 0;)
-        if (!Data || &MenuList[i]->Data() == Data) {
+        if (Which(*MenuList[i])) {
+            // Out of the list before it is destroyed: the list never holds a dying menu.
             std::unique_ptr<TVeneerPopMenu> menu = std::move(MenuList[i]);
             MenuList.erase(MenuList.begin() + std::ptrdiff_t(i));
         }

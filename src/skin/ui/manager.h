@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -98,4 +99,6 @@ private:
     void Reattach();
     void RemoveForm(std::size_t Index);
     void RemoveMenus(const TSkinData* Data);
+    // Lets go of the menus Which picks; with none left no menu is tracked.
+    void DropMenus(const std::function<bool(const TVeneerPopMenu&)>& Which);
 };
